@@ -1,0 +1,1 @@
+# golden tests of the reference implementation: rakova_test(name source LIBS ...)
