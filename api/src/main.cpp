@@ -1,0 +1,3 @@
+// main.cpp - the program.
+
+#include "rk.h"

@@ -1,0 +1,40 @@
+// rk.h - all of the framework.
+
+#ifndef RAKOVA_RK_H
+#define RAKOVA_RK_H
+
+#include "rkcache.h"
+#include "rkcommon.h"
+#include "rkconditions.h"
+#include "rkcpu.h"
+#include "rkctrl.h"
+#include "rkcstream.h"
+#include "rkexception.h"
+#include "rkfpu.h"
+#include "rkfrequency.h"
+#include "rkhost.h"
+#include "rkinfotest.h"
+#include "rkistream.h"
+#include "rkiterator.h"
+#include "rklist.h"
+#include "rkmapdefault.h"
+#include "rkmapiterator.h"
+#include "rkmemory.h"
+#include "rkobject.h"
+#include "rkparse.h"
+#include "rkplaintypes.h"
+#include "rkpriority.h"
+#include "rkregister.h"
+#include "rkreport.h"
+#include "rkresult.h"
+#include "rksession.h"
+#include "rkstepiterator.h"
+#include "rkstream.h"
+#include "rkstring.h"
+#include "rkticker.h"
+#include "rktest.h"
+#include "rktestlist.h"
+#include "rktool.h"
+#include "rktrace.h"
+
+#endif

@@ -1,0 +1,3 @@
+// rkcache.cpp - data in and out of the cache.
+
+#include "rkcache.h"

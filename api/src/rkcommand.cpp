@@ -1,0 +1,3 @@
+// rkcommand.cpp - the keys of the command line.
+
+#include "rkcommand.h"

@@ -1,0 +1,3 @@
+// rkcommon.cpp - questions about what holds for all tests.
+
+#include "rkcommon.h"

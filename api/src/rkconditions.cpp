@@ -1,0 +1,3 @@
+// rkconditions.cpp - the conditions of -f and -t.
+
+#include "rkconditions.h"

@@ -1,0 +1,3 @@
+// rkconvert.cpp - conversions between text and numbers.
+
+#include "rkstring.h"

@@ -1,0 +1,3 @@
+// rkcpu.cpp - processor code, caches, features.
+
+#include "rkcpu.h"

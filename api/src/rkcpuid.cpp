@@ -1,0 +1,3 @@
+// rkcpuid.cpp - the CPUID instruction.
+
+#include "rkcpuid.h"

@@ -1,0 +1,3 @@
+// rkcputables.cpp - tables of processors, features and cache descriptors.
+
+#include "rkcpu.h"

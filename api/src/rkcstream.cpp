@@ -1,0 +1,3 @@
+// rkcstream.cpp - comma-separated tables.
+
+#include "rkcstream.h"

@@ -1,0 +1,3 @@
+// rkctrl.cpp - guards of the floating-point state.
+
+#include "rkctrl.h"

@@ -1,0 +1,3 @@
+// rkctrlbase.cpp - control and status words in text.
+
+#include "rkctrlbase.h"

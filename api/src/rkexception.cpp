@@ -1,0 +1,3 @@
+// rkexception.cpp - hardware faults become exceptions.
+
+#include "rkexception.h"

@@ -1,0 +1,3 @@
+// rkfpu.cpp - floating-point and SIMD registers.
+
+#include "rkfpu.h"

@@ -1,0 +1,3 @@
+// rkfrequency.cpp - the measurement of the processor frequency.
+
+#include "rkfrequency.h"

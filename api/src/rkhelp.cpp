@@ -1,0 +1,3 @@
+// rkhelp.cpp - the help.
+
+#include "rksession.h"

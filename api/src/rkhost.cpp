@@ -1,0 +1,3 @@
+// rkhost.cpp - names of the computer.
+
+#include "rkhost.h"

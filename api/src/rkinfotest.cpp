@@ -1,0 +1,3 @@
+// rkinfotest.cpp - the processor report.
+
+#include "rkinfotest.h"

@@ -1,0 +1,3 @@
+// rkinifile.cpp - sections and keys in a file.
+
+#include "rkinifile.h"

@@ -1,0 +1,3 @@
+// rkistream.cpp - where parameter values come from.
+
+#include "rkistream.h"

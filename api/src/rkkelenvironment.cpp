@@ -1,0 +1,3 @@
+// rkkelenvironment.cpp - the core functions of the library.
+
+#include "rkregister.h"

@@ -1,0 +1,3 @@
+// rkkeytable.cpp - the rows of the key table.
+
+#include "rksession.h"

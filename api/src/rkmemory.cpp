@@ -1,0 +1,3 @@
+// rkmemory.cpp - tracked, aligned memory.
+
+#include "rkmemory.h"

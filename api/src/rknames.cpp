@@ -1,0 +1,3 @@
+// rknames.cpp - names of flags and enumerations.
+
+#include "rkstring.h"

@@ -1,0 +1,3 @@
+// rkobject.cpp - the two markers of owners of memory.
+
+#include "rkobject.h"

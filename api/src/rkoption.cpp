@@ -1,0 +1,3 @@
+// rkoption.cpp - what the keys say and do.
+
+#include "rkoption.h"

@@ -1,0 +1,35 @@
+// rkoption.h - the table of keys: what each says, does and explains.
+
+#ifndef RAKOVA_RKOPTION_H
+#define RAKOVA_RKOPTION_H
+
+#include "rkstring.h"
+
+class rkSession;
+
+// One row.
+struct rkOption {
+    char m_key;
+    bool m_hidden;                    // for developers, not in the plain help
+    rkString m_help;                  // the line of the short help; empty: not in the lists of help
+    rkString (*m_info)(rkString arg); // what the key will do, in words
+    void (*m_apply)(rkString arg, rkSession *session); // does it
+    rkString m_descr;                                  // the extended help
+};
+
+// Bit sets and numbers out of the arguments.
+int getAskLevel(rkString text);   // -A: 1 timing, 2 common parameters, 4 misalignment, 8 each test
+int getLevel(rkString text);      // -L: 0 if there is no level letter
+int getPriority(rkString text);   // -Y: 1 high, 2 normal, 3 low, 0 none of them
+int getCondition(rkString &text); // -f, -t: 0 or, 1 and, 2 not, 3 equal, 4 empty; the prefix is cut off
+
+// Texts of the key table.
+struct rkOptionText {
+    char m_key;
+    char const *m_help;
+    char const *m_descr;
+};
+extern const rkOptionText rkOptionTexts[]; // ends with key 0
+rkOptionText const &rkFindOptionText(char key);
+
+#endif

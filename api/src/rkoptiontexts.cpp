@@ -1,0 +1,3 @@
+// rkoptiontexts.cpp - help texts of the keys.
+
+#include "rkoption.h"

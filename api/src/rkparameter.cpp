@@ -1,0 +1,3 @@
+// rkparameter.cpp - reading and writing of a parameter.
+
+#include "rkparameter.h"

@@ -1,0 +1,3 @@
+// rkparse.cpp - cuts a text into words.
+
+#include "rkparse.h"

@@ -1,0 +1,3 @@
+// rkpath.cpp - default directories and names of files.
+
+#include "rksession.h"

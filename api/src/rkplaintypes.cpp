@@ -1,0 +1,3 @@
+// rkplaintypes.cpp - text form of a size.
+
+#include "rkplaintypes.h"

@@ -1,0 +1,3 @@
+// rkpriority.cpp - scheduling priority.
+
+#include "rkpriority.h"

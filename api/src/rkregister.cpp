@@ -1,0 +1,3 @@
+// rkregister.cpp - registration of tests and hooks.
+
+#include "rkregister.h"

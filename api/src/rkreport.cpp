@@ -1,0 +1,3 @@
+// rkreport.cpp - the blocks of the report.
+
+#include "rkreport.h"

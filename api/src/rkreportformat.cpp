@@ -1,0 +1,3 @@
+// rkreportformat.cpp - layout of the framed blocks.
+
+#include "rkreportformat.h"

@@ -1,0 +1,3 @@
+// rkreportlist.cpp - the list of functions.
+
+#include "rkreport.h"

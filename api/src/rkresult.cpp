@@ -1,0 +1,3 @@
+// rkresult.cpp - words and names of results.
+
+#include "rkresult.h"

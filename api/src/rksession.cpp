@@ -1,0 +1,3 @@
+// rksession.cpp - the sequence of a run.
+
+#include "rksession.h"

@@ -1,0 +1,3 @@
+// rkstepiterator.cpp - stepped families of values.
+
+#include "rkstepiterator.h"

@@ -1,0 +1,3 @@
+// rkstream.cpp - files and the console log.
+
+#include "rkstream.h"

@@ -1,0 +1,3 @@
+// rkstring.cpp - the one string class.
+
+#include "rkstring.h"

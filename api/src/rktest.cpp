@@ -1,0 +1,3 @@
+// rktest.cpp - the life cycle of a test.
+
+#include "rktest.h"

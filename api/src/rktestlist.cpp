@@ -1,0 +1,3 @@
+// rktestlist.cpp - order, run and count of the tests.
+
+#include "rktestlist.h"

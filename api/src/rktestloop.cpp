@@ -1,0 +1,3 @@
+// rktestloop.cpp - the walk over the parameter sets of a test.
+
+#include "rktest.h"

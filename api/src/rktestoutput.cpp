@@ -1,0 +1,3 @@
+// rktestoutput.cpp - the lines of output of a test.
+
+#include "rktest.h"

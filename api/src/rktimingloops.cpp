@@ -1,0 +1,3 @@
+// rktimingloops.cpp - measuring runs of a function.
+
+#include "rktool.h"

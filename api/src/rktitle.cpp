@@ -1,0 +1,3 @@
+// rktitle.cpp - title rows of the tables.
+
+#include "rksession.h"

@@ -1,0 +1,3 @@
+// rktool.cpp - the entries of the timing engine.
+
+#include "rktool.h"

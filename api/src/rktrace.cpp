@@ -1,0 +1,3 @@
+// rktrace.cpp - the trace of steps.
+
+#include "rktrace.h"

@@ -1,0 +1,1 @@
+// kmfunc.cpp - the grammar of function names.

@@ -1,0 +1,1 @@
+// kmtest.cpp - the test of a library primitive.

@@ -1,0 +1,1 @@
+// kmvector.cpp - typed buffers of test data.

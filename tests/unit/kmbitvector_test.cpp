@@ -1,0 +1,1 @@
+// kmbitvector_test.cpp - tests of kmbitvector.

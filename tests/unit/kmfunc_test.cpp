@@ -1,0 +1,1 @@
+// kmfunc_test.cpp - tests of kmfunc.

@@ -1,0 +1,1 @@
+// kmtest_test.cpp - tests of kmtest.

@@ -1,0 +1,1 @@
+// kmvector_test.cpp - tests of kmvector.

@@ -1,0 +1,1 @@
+// rkbesttiming_test.cpp - tests of rkbesttiming.

@@ -1,0 +1,1 @@
+// rkcache_test.cpp - tests of rkcache.

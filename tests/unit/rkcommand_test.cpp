@@ -1,0 +1,1 @@
+// rkcommand_test.cpp - tests of rkcommand.

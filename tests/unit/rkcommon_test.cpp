@@ -1,0 +1,1 @@
+// rkcommon_test.cpp - tests of rkcommon.

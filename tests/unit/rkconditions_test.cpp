@@ -1,0 +1,1 @@
+// rkconditions_test.cpp - tests of rkconditions.

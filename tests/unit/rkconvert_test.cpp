@@ -1,0 +1,1 @@
+// rkconvert_test.cpp - tests of rkconvert.

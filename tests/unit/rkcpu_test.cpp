@@ -1,0 +1,1 @@
+// rkcpu_test.cpp - tests of rkcpu.

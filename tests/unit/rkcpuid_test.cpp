@@ -1,0 +1,1 @@
+// rkcpuid_test.cpp - tests of rkcpuid.

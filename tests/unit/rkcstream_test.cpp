@@ -1,0 +1,1 @@
+// rkcstream_test.cpp - tests of rkcstream.

@@ -1,0 +1,1 @@
+// rkctrl_test.cpp - tests of rkctrl.

@@ -1,0 +1,1 @@
+// rkctrlbase_test.cpp - tests of rkctrlbase.

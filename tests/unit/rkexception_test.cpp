@@ -1,0 +1,1 @@
+// rkexception_test.cpp - tests of rkexception.

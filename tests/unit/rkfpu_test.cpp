@@ -1,0 +1,1 @@
+// rkfpu_test.cpp - tests of rkfpu.

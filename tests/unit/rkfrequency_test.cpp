@@ -1,0 +1,1 @@
+// rkfrequency_test.cpp - tests of rkfrequency.

@@ -1,0 +1,1 @@
+// rkhelp_test.cpp - tests of rkhelp.

@@ -1,0 +1,1 @@
+// rkhost_test.cpp - tests of rkhost.

@@ -1,0 +1,1 @@
+// rkinfotest_test.cpp - tests of rkinfotest.

@@ -1,0 +1,1 @@
+// rkinifile_test.cpp - tests of rkinifile.

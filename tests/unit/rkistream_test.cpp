@@ -1,0 +1,1 @@
+// rkistream_test.cpp - tests of rkistream.

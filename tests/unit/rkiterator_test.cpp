@@ -1,0 +1,1 @@
+// rkiterator_test.cpp - tests of rkiterator.

@@ -1,0 +1,1 @@
+// rklist_test.cpp - tests of rklist.

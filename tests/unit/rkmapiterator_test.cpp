@@ -1,0 +1,1 @@
+// rkmapiterator_test.cpp - tests of rkmapiterator.

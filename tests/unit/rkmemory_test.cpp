@@ -1,0 +1,1 @@
+// rkmemory_test.cpp - tests of rkmemory.

@@ -1,0 +1,1 @@
+// rknames_test.cpp - tests of rknames.

@@ -1,0 +1,1 @@
+// rkoption_test.cpp - tests of rkoption.

@@ -1,0 +1,1 @@
+// rkparameter_test.cpp - tests of rkparameter.

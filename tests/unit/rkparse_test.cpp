@@ -1,0 +1,1 @@
+// rkparse_test.cpp - tests of rkparse.

@@ -1,0 +1,1 @@
+// rkpath_test.cpp - tests of rkpath.

@@ -1,0 +1,1 @@
+// rkpriority_test.cpp - tests of rkpriority.

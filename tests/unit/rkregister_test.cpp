@@ -1,0 +1,1 @@
+// rkregister_test.cpp - tests of rkregister.

@@ -1,0 +1,1 @@
+// rkreport_test.cpp - tests of rkreport.

@@ -1,0 +1,1 @@
+// rkreportformat_test.cpp - tests of rkreportformat.

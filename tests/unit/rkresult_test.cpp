@@ -1,0 +1,1 @@
+// rkresult_test.cpp - tests of rkresult.

@@ -1,0 +1,1 @@
+// rksession_test.cpp - tests of rksession.

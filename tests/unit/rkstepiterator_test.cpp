@@ -1,0 +1,1 @@
+// rkstepiterator_test.cpp - tests of rkstepiterator.

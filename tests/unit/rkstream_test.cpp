@@ -1,0 +1,1 @@
+// rkstream_test.cpp - tests of rkstream.

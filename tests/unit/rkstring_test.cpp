@@ -1,0 +1,1 @@
+// rkstring_test.cpp - tests of rkstring.

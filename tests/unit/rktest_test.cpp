@@ -1,0 +1,1 @@
+// rktest_test.cpp - tests of rktest.

@@ -1,0 +1,1 @@
+// rktestlist_test.cpp - tests of rktestlist.

@@ -1,0 +1,1 @@
+// rktestloop_test.cpp - tests of rktestloop.

@@ -1,0 +1,1 @@
+// rktestoutput_test.cpp - tests of rktestoutput.

@@ -1,0 +1,1 @@
+// rkticker_test.cpp - tests of rkticker.

@@ -1,0 +1,1 @@
+// rktool_test.cpp - tests of rktool.

@@ -1,0 +1,1 @@
+// rktrace_test.cpp - tests of rktrace.
