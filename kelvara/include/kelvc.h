@@ -9,16 +9,17 @@
 extern "C" {
 #endif
 
-// What all functions share unless their group says otherwise: a pointer may have any address, also one that is no
-// multiple of its element's size. Sources are only read. Destinations overlap neither the sources nor each other.
-// Arguments are judged before anything is written, in this order: kelStsNullPtrErr for a null pointer, kelStsSizeErr
-// for a size out of range, kelStsStepErr for a step that is too small, kelStsRangeErr for another argument out of range.
-// Blocks within a block are counted in raster order: from left to right, then from the top down.
+// What all functions share unless their group says otherwise: a pointer may have any address, also one that
+// is no multiple of its element's size. Sources are only read. Destinations overlap neither the sources nor
+// each other. Arguments are judged before anything is written, in this order: kelStsNullPtrErr for a null
+// pointer, kelStsSizeErr for a size out of range, kelStsStepErr for a step that is too small, kelStsRangeErr
+// for another argument out of range. Blocks within a block are counted in raster order: from left to right,
+// then from the top down.
 //
-// mcType is the position of the reference block: 0 (FF) full sample, 4 (FH) half a sample down, 8 (HF) half a sample to
-// the right, 12 (HH) both. Its first letter is the horizontal position, its second the vertical one. Half-sample values
-// are the means of two or four neighbours, halves rounded up (ISO/IEC 13818-2 7.6.4); they reach one sample to the right
-// and one row down out of the block. Any other code is kelStsRangeErr.
+// mcType is the position of the reference block: 0 (FF) full sample, 4 (FH) half a sample down, 8 (HF) half a
+// sample to the right, 12 (HH) both. Its first letter is the horizontal position, its second the vertical
+// one. Half-sample values are the means of two or four neighbours, halves rounded up (ISO/IEC 13818-2 7.6.4);
+// they reach one sample to the right and one row down out of the block. Any other code is kelStsRangeErr.
 
 // clang-format off
 

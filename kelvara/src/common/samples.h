@@ -1,0 +1,51 @@
+// samples.h - how the kernels see a block of samples in memory.
+
+#ifndef KELVARA_SAMPLES_H
+#define KELVARA_SAMPLES_H
+
+#include "keltypes.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace kelvara {
+
+// Callers may place data at any byte, so that elements are never dereferenced as what they are.
+template <class T>
+inline T load(const unsigned char *p) {
+    T value;
+    std::memcpy(&value, p, sizeof value);
+    return value;
+}
+
+template <class T>
+inline void store(T *p, T value) {
+    std::memcpy(static_cast<void *>(p), &value, sizeof value);
+}
+
+// A block at its full-sample position; rows lie stepBytes apart.
+template <class T>
+class Samples {
+public:
+    Samples(const T *p, std::ptrdiff_t stepBytes)
+        : m_bytes(reinterpret_cast<const unsigned char *>(p)), m_step(stepBytes) {}
+
+    int operator()(int row, int col) const {
+        return load<T>(m_bytes + row * m_step + col * static_cast<std::ptrdiff_t>(sizeof(T)));
+    }
+
+    // The same samples counted from another first one.
+    Samples from(int row, int col) const {
+        Samples moved(*this);
+        moved.m_bytes += row * m_step + col * static_cast<std::ptrdiff_t>(sizeof(T));
+        return moved;
+    }
+
+private:
+    const unsigned char *m_bytes;
+    std::ptrdiff_t m_step;
+};
+
+} // namespace kelvara
+
+#endif
