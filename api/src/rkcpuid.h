@@ -35,6 +35,11 @@ struct kelTarvoCpuId {
     int movbe, avx, osxsave;
 };
 
+// What answers: the instructions themselves, but in tests that script a processor. xgetbvSource gives the low
+// word of the register states that the operating system keeps.
+extern void (*cpuidSource)(unsigned int *regs, int leaf, int subleaf);
+extern unsigned int (*xgetbvSource)();
+
 void ownGetReg(unsigned int *regs, int leaf, int subleaf);
 unsigned int largestFunction();
 unsigned int largestExFunction();
