@@ -11,6 +11,7 @@
 #include "rktool.h"
 
 class rkConditions;
+class rkException;
 
 // A text cut at its first and second "/": name / description / marks.
 struct rkTestInfo {
@@ -137,13 +138,17 @@ public:
 
 private:
     rkTest(rkString name, rkString file, rkString info);
-    void runGuarded();
-    void stepsToLoop();
+    bool runGuarded();
+    bool steps();
+    void outputTitle();
+    void startedSteps();
     void onException(rkException &e);
-    void finishRun();
-    bool canRepeatForCache();
-    void measureSet();
+    void dryPass(int msgDepth);
+    void doSet(bool &constsOut);
+    rkResult measureSet();
     void judgeSet(rkResult r);
+    void noMoreSets();
+    bool canRepeatForCache();
     void closeLoop();
     void putTableNameLine();
     rkString measuringRoutine();
