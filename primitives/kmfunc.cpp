@@ -1,1 +1,3 @@
-// kmfunc.cpp - the grammar of function names.
+// kmfunc.cpp - the parts of a function's name.
+
+#include "km.h"

@@ -1,1 +1,3 @@
 // kmtest.cpp - the test of a library primitive.
+
+#include "km.h"

@@ -1,1 +1,3 @@
 // kmvector.cpp - typed buffers of test data.
+
+#include "km.h"

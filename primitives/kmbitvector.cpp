@@ -1,0 +1,3 @@
+// kmbitvector.cpp - reading and writing bits, and their texts.
+
+#include "km.h"

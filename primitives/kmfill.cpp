@@ -1,0 +1,3 @@
+// kmfill.cpp - conversion to element types and the random generator.
+
+#include "km.h"

@@ -1,0 +1,3 @@
+// kmfunctypes.cpp - the types and channels that a function's name tells.
+
+#include "km.h"

@@ -1,0 +1,3 @@
+// kmprint.cpp - texts of test data.
+
+#include "km.h"
