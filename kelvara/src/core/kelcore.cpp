@@ -14,15 +14,13 @@ static KelCpuType codeInForce = notChosen;
 KelStatus kelInit(void) {
     const unsigned features = cpuFeatures();
     codeInForce = bestCode(features);
-    return runsLevel(features, KELVARA_ARCH_LEVEL) ? kelStsNoErr : kelStsCpuMismatch;
+    return judgeLevel(features, KELVARA_ARCH_LEVEL);
 }
 
 KelStatus kelInitCpu(KelCpuType cpu) {
-    const int needs = needsOfCode(cpu);
-    if (needs < 0) return kelStsRangeErr;
-    if (static_cast<unsigned>(needs) & ~cpuFeatures()) return kelStsCpuMismatch;
-    codeInForce = cpu;
-    return kelStsNoErr;
+    const KelStatus status = judgeCode(cpuFeatures(), cpu);
+    if (status == kelStsNoErr) codeInForce = cpu;
+    return status;
 }
 
 KelCpuType kelGetCpuType(void) {

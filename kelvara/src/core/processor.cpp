@@ -57,12 +57,12 @@ static const unsigned needSSE2 = HasSSE | HasSSE2, needSSE3 = needSSE2 | HasSSE3
                       needLevel2 = needSSE42 | HasV2Rest,
                       needLevel3 = needLevel2 | needAVX | HasMOVBE | HasV3Rest;
 
-bool runsLevel(unsigned features, int level) {
-    if (level < 2) return true;
-    return bits(features, level == 2 ? needLevel2 : needLevel3);
+KelStatus judgeLevel(unsigned features, int level) {
+    const unsigned needs = level < 2 ? 0 : level == 2 ? needLevel2 : needLevel3;
+    return bits(features, needs) ? kelStsNoErr : kelStsCpuMismatch;
 }
 
-int needsOfCode(KelCpuType code) {
+KelStatus judgeCode(unsigned features, KelCpuType code) {
     static const struct {
         int first, last;
         unsigned needs;
@@ -73,14 +73,15 @@ int needsOfCode(KelCpuType code) {
                  {69, 69, needSSE42}, {70, 70, needAVX},   {71, 71, needAVX | HasAES},
                  {96, 96, needSSE2}};
     for (const auto &row : table) {
-        if (code >= row.first && code <= row.last) return static_cast<int>(row.needs);
+        if (code < row.first || code > row.last) continue;
+        return bits(features, row.needs) ? kelStsNoErr : kelStsCpuMismatch;
     }
-    return -1;
+    return kelStsRangeErr;
 }
 
 KelCpuType bestCode(unsigned features) {
     for (KelCpuType code = 71; code >= 64; --code) {
-        if (bits(features, static_cast<unsigned>(needsOfCode(code)))) return code;
+        if (judgeCode(features, code) == kelStsNoErr) return code;
     }
     return 0;
 }

@@ -33,11 +33,12 @@ enum Feature : unsigned {
 // The Feature bits of this machine.
 unsigned cpuFeatures();
 
-// True if a machine with these features runs code built for x86-64 level 1, 2 or 3.
-bool runsLevel(unsigned features, int level);
+// kelStsNoErr if a machine with these features runs code built for x86-64 level 1, 2 or 3, else
+// kelStsCpuMismatch.
+KelStatus judgeLevel(unsigned features, int level);
 
-// The Feature bits that a processor code needs, or -1 for an unknown code.
-int needsOfCode(KelCpuType code);
+// The same for a processor code; kelStsRangeErr for an unknown one.
+KelStatus judgeCode(unsigned features, KelCpuType code);
 
 // The best instruction set code for these features.
 KelCpuType bestCode(unsigned features);

@@ -1,0 +1,63 @@
+// exports_test.cpp - the libraries export what their headers declare, and nothing else.
+
+#include "command.h"
+
+#include <fstream>
+#include <regex>
+#include <set>
+
+namespace {
+
+using Names = std::set<std::string>;
+
+Names declaredIn(const std::string &header) {
+    Names names;
+    std::ifstream file(std::string(KELVARA_INCLUDE) + "/" + header);
+    EXPECT_TRUE(file.is_open()) << header;
+    const std::regex declaration(R"(^KELAPI .*?\b(kel\w+)\(.*\);$)");
+    for (std::string line; std::getline(file, line);) {
+        std::smatch match;
+        if (std::regex_search(line, match, declaration)) names.insert(match[1]);
+    }
+    return names;
+}
+
+// The compiler's and the sanitizers' own symbols start with two underscores.
+Names exportedBy(const std::string &library) {
+    Names names;
+    for (const std::string &line : linesOf("nm -D --defined-only '" + library + "'")) {
+        const std::string name = line.substr(line.rfind(' ') + 1);
+        if (name.compare(0, 2, "__") != 0) names.insert(name);
+    }
+    return names;
+}
+
+// What makes a line start with KELAPI but hides it from the list above would go unseen.
+int countOfDeclarations(const std::string &header) {
+    std::ifstream file(std::string(KELVARA_INCLUDE) + "/" + header);
+    int count = 0;
+    for (std::string line; std::getline(file, line);) count += line.find("KELAPI") != std::string::npos;
+    return count;
+}
+
+void compare(const std::string &header, const std::string &library) {
+    const Names declared = declaredIn(header);
+    EXPECT_FALSE(declared.empty());
+    EXPECT_EQ(static_cast<size_t>(countOfDeclarations(header)), declared.size());
+    EXPECT_EQ(declared, exportedBy(library));
+}
+
+} // namespace
+
+TEST(KelvaraExports, CoreEqualsItsHeader) {
+    compare("kelcore.h", KELVARA_LIB_KELCORE);
+}
+TEST(KelvaraExports, SignalsEqualTheirHeader) {
+    compare("kels.h", KELVARA_LIB_KELS);
+}
+TEST(KelvaraExports, ImagesEqualTheirHeader) {
+    compare("keli.h", KELVARA_LIB_KELI);
+}
+TEST(KelvaraExports, VideoCodingEqualsItsHeader) {
+    compare("kelvc.h", KELVARA_LIB_KELVC);
+}
