@@ -94,8 +94,13 @@ public:
     static rkString m_outDir;
 
 private:
-    void buildKeyTable(); // the rows, in the order of the help
+    bool start(int argc, char **argv); // keys and quick output; true if there is a run
+    int runTests();                    // from the library's data to the last test; the exit status
+    void buildKeyTable();              // the rows, in the order of the help
+    void addRows(char const *keys);
+    void resetModes();
     void collectKeys(int argc, char **argv, rkCommandList &keys);
+    bool openIniFile(); // last step of the keys; false after a fatal message
 };
 
 // Two forms of the title of the table.
