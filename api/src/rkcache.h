@@ -48,6 +48,8 @@ public:
     rkString m_info; // the tries of this state
     SetNewValue m_setNewValue;
 
+    static unsigned int (*m_cacheSource)(); // bytes of the largest cache; a test puts its own in its place
+
 private:
     bool giveUpOrWiden();
     rkString tryText(bool tooSmall, bool tooBig) const;

@@ -24,7 +24,7 @@ public:
 
     rkString listDescr(rkList<T> const &list, rkString separator) const;
 
-    typename rkList<T>::iterator m_current;
+    typename rkList<T>::iterator m_current; // null: a walk under way goes on at the first node
 };
 
 template <class T>
@@ -45,11 +45,12 @@ template <class T>
 void rkIterator_NSC<T>::reset() {
     rkDefault_NSC<T>::reset();
     this->clear();
+    m_current = typename rkList<T>::iterator();
 }
 
 template <class T>
 bool rkIterator_NSC<T>::nextValue() {
-    if (this->m_done) {
+    if (this->m_done && m_current.m_node) {
         ++m_current;
     } else {
         m_current = this->begin();
@@ -70,6 +71,7 @@ void rkIterator_NSC<T>::translate(rkString text) {
         values.push_back(rkDefault_NSC<T>::validItem(*word));
     }
     this->swap(values);
+    m_current = typename rkList<T>::iterator(); // its node goes with the old list
 }
 
 template <class T>
