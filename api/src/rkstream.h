@@ -56,6 +56,12 @@ enum MessageLevel {
     EndMessageFlush = -11
 };
 
+// What lists of streams share. Closing empties the list and clears the handles, so that no file is closed
+// twice and what comes later goes nowhere; standard output, once closed, is not written any more.
+bool addStream(rkList<o_stream *> &streams, rkString name, bool append); // false if it cannot be opened
+void closeStreams(rkList<o_stream *> &streams);
+void flushStreams(rkList<o_stream *> const &streams);
+
 // Every text goes to each file of the list, the console among them, if its level is wanted. Levels nest:
 //     g_ostrm << MsgError << "text" << EndMessage;
 // The list does not own its streams.
