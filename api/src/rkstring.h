@@ -20,14 +20,16 @@ public:
     rkString(char const *text);
     rkString(char c);
     rkString(rkString const &other);
+    rkString(rkString &&other) noexcept;
     virtual ~rkString();
 
     rkString &operator=(rkString const &other);
+    rkString &operator=(rkString &&other) noexcept; // exchanges the texts
 
     char const *c_str() const { return m_buffer ? m_buffer : ""; }
     int length() const { return m_length; }
-    char operator[](int i) const { return m_buffer[i]; } // REQUIRES: 0 <= i <= length()
-    bool failed() const { return m_failed; }             // the last conversion out of this string
+    char operator[](int i) const { return c_str()[i]; } // REQUIRES: 0 <= i <= length()
+    bool failed() const { return m_failed; }            // the last conversion out of this string
 
     void init();          // all fields zero
     void allocate(int n); // a zeroed block for n characters; the old text is gone
@@ -38,6 +40,7 @@ public:
     void assign(rkString const &other);
     void resize(int n, char fill);
 
+    void append(char const *text, int n); // the first n bytes; text is not part of this string, or all of it
     rkString &operator+=(rkString const &other);
     rkString operator+(rkString const &other) const;
     bool operator==(rkString const &other) const; // up to the first NUL of either
@@ -77,6 +80,11 @@ public:
     int m_length;
     int m_bufSize;
     bool m_failed;
+
+private:
+    void put(char const *text, int n);
+    void setLength(long long n);
+    void swapBlocks(rkString &other);
 };
 
 class rkStringList : public rkList<rkString> {};
@@ -101,6 +109,6 @@ float &operator<<(float &value, rkString &text);
 int &operator<<(int &value, rkString &text); // hexadecimal behind "0x"
 
 // True if value, in any case, starts name or starts name behind its first skip characters.
-bool fitString(rkString value, rkString name, int skip);
+bool fitString(rkString const &value, rkString const &name, int skip);
 
 #endif
