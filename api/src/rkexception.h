@@ -36,6 +36,8 @@ public:
     static int m_guards; // guards in force
 };
 
+extern tsSignal _g_signal; // its construction installs the handlers
+
 // Opens a guarded stretch; while it lives, m_jmpbuf is this guard's. At its end the outer guard's is back.
 //
 //     rkSignalGuard guard;
