@@ -22,17 +22,20 @@ Names declaredIn(const std::string &header) {
     return names;
 }
 
-// The compiler's and the sanitizers' own symbols start with two underscores.
+// The library's functions are strong symbols. Weak ones (W, V) are the standard library's templates and type
+// information in builds without optimisation; names with two underscores belong to the sanitizers.
 Names exportedBy(const std::string &library) {
     Names names;
     for (const std::string &line : linesOf("nm -D --defined-only '" + library + "'")) {
-        const std::string name = line.substr(line.rfind(' ') + 1);
-        if (name.compare(0, 2, "__") != 0) names.insert(name);
+        std::istringstream fields(line);
+        std::string address, type, name;
+        fields >> address >> type >> name;
+        if (type != "W" && type != "V" && name.compare(0, 2, "__") != 0) names.insert(name);
     }
     return names;
 }
 
-// What makes a line start with KELAPI but hides it from the list above would go unseen.
+// All lines with KELAPI, so that a declaration in another form than the list above reads is noticed.
 int countOfDeclarations(const std::string &header) {
     std::ifstream file(std::string(KELVARA_INCLUDE) + "/" + header);
     int count = 0;

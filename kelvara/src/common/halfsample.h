@@ -15,9 +15,9 @@ public:
 
     int operator()(int row, int col) const {
         if constexpr (right && down) {
-            return (m_full(row, col) + m_full(row, col + 1) + m_full(row + 1, col) +
-                    m_full(row + 1, col + 1) + 2) >>
-                   2;
+            const int upper = m_full(row, col) + m_full(row, col + 1);
+            const int lower = m_full(row + 1, col) + m_full(row + 1, col + 1);
+            return (upper + lower + 2) >> 2;
         } else {
             return (m_full(row, col) + m_full(row + down, col + right) + 1) >> 1;
         }
