@@ -19,15 +19,15 @@ extern "C" {
 // mcType is the position of the reference block: 0 (FF) full sample, 4 (FH) half a sample down, 8 (HF) half a
 // sample to the right, 12 (HH) both. Its first letter is the horizontal position, its second the vertical
 // one. Half-sample values are the means of two or four neighbours, halves rounded up (ISO/IEC 13818-2 7.6.4);
-// they reach one sample to the right and one row down out of the block. Any other code is kelStsRangeErr.
+// for them the reference is one sample wider, one row higher or both. Any other code is kelStsRangeErr.
 
 // clang-format off
 
 // The version record of this library; it lives as long as the library.
 KELAPI const KelLibraryVersion *kelvcGetLibVersion(void);
 
-// Sum of absolute differences between the source block and the reference block at mcType. The name holds width x height.
-// Steps are in bytes and at least the width of the block. Stores one sum.
+// Sum of absolute differences between the source block and the reference block at mcType. The name holds
+// width x height. Steps are in bytes and at least the width of the block. Stores one sum.
 KELAPI KelStatus keliSAD16x16_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD16x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD4x4_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
@@ -36,9 +36,10 @@ KELAPI KelStatus keliSAD4x4_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *p
 KELAPI KelStatus keliSAD16x16Blocks8x8_8u16u(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int mcType);
 KELAPI KelStatus keliSAD16x16Blocks4x4_8u16u(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int mcType);
 
-// Sums of absolute differences at numSAD places in a row: pSAD[i] compares the source block with the reference block
-// that starts i samples to the right of pRef. Steps are in bytes; srcStep is at least the block's width w, refStep at
-// least the numSAD + w - 1 samples that are read of each row. kelStsSizeErr for numSAD below 1.
+// Sums of absolute differences at numSAD places in a row: pSAD[i] compares the source block with the
+// reference block that starts i samples to the right of pRef. Steps are in bytes; srcStep is at least the
+// block's width w, refStep at least the numSAD + w - 1 samples that are read of each row. kelStsSizeErr for
+// numSAD below 1.
 KELAPI KelStatus keliSAD2x2xN_8u16u_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int numSAD);
 KELAPI KelStatus keliSAD4x4xN_8u16u_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int numSAD);
 KELAPI KelStatus keliSAD8x8xN_8u16u_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int numSAD);
@@ -50,17 +51,18 @@ KELAPI KelStatus keliSAD8x8xNI_8u16u_C1R(const Kel8u *pSrc, int srcStep, const K
 KELAPI KelStatus keliSAD16x16xNI_8u16u_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int numSAD, Kel32s *pMinIndex);
 
 // Differences source minus prediction of a 16x16 or 8x8 block, summed over each of its 16 or 4 blocks of 4x4.
-// Steps are in samples, for 16u data too, and at least the width of the block. Stores 16 or 4 sums and, unless pDiff is
-// null, the 256 or 64 differences 4x4 block by block, the 16 of a block row by row: the form in which a 4x4 transform
-// takes them. A difference of 16u samples that is out of the 16s range is stored as the limit; the sums are exact.
+// Steps are in samples, for 16u data too, and at least the width of the block. Stores 16 or 4 sums and,
+// unless pDiff is null, the 256 or 64 differences 4x4 block by block, the 16 of a block row by row: the form
+// in which a 4x4 transform takes them. A difference of 16u samples that is out of the 16s range is stored as
+// the limit; the sums are exact.
 KELAPI KelStatus keliSumsDiff16x16Blocks4x4_8u16s_C1(const Kel8u *pSrc, int srcStep, const Kel8u *pPred, int predStep, Kel16s *pSums, Kel16s *pDiff);
 KELAPI KelStatus keliSumsDiff8x8Blocks4x4_8u16s_C1(const Kel8u *pSrc, int srcStep, const Kel8u *pPred, int predStep, Kel16s *pSums, Kel16s *pDiff);
 KELAPI KelStatus keliSumsDiff16x16Blocks4x4_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pPred, int predStep, Kel32s *pSums, Kel16s *pDiff);
 KELAPI KelStatus keliSumsDiff8x8Blocks4x4_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pPred, int predStep, Kel32s *pSums, Kel16s *pDiff);
 
-// Test of a 16x16 block for edges. Counts the pairs of samples, next to each other in a row or in a column of the block,
-// that differ by more than edgePelDifference; *pResult is 1 if there are more than edgePelCount of them, else 0.
-// srcStep is in samples and at least 16. kelStsRangeErr for a negative difference or count.
+// Test of a 16x16 block for edges. Counts the pairs of samples, next to each other in a row or in a column of
+// the block, that differ by more than edgePelDifference; *pResult is 1 if there are more than edgePelCount of
+// them, else 0. srcStep is in samples and at least 16. kelStsRangeErr for a negative difference or count.
 KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int edgePelDifference, int edgePelCount, Kel8u *pResult);
 
 // clang-format on
