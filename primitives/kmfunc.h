@@ -15,9 +15,6 @@ public:
     kmFunc() = default;
     kmFunc(char const *name) : rkString(name) {}
     kmFunc(rkString const &name) : rkString(name) {}
-    kmFunc(kmFunc const &) = default;
-    kmFunc &operator=(kmFunc const &) = default;
-    ~kmFunc() override = default;
 
     // Exceptions to the naming convention, applied behind the general parse.
     virtual void updateTypes(kmType &src, kmType &src2, kmType &dst, kmType &dst2) const;
