@@ -8,7 +8,7 @@
 
 #include "rkstring.h"
 
-// Thrown and caught by value; has no heap part. Longer texts are cut to the arrays.
+// Thrown by value; has no heap part. Longer texts are cut to the arrays.
 class rkException : public std::exception {
 public:
     explicit rkException(rkString const &info); // an error of the system: "--KEL. Exception: "
@@ -44,7 +44,7 @@ extern tsSignal _g_signal; // its construction installs the handlers
 //     try {
 //         if (_setjmp(tsSignal::m_jmpbuf)) throw rkException(tsSignal::getInfo());
 //         ...
-//     } catch (rkException e) { ... }
+//     } catch (rkException &e) { ... }
 class rkSignalGuard {
 public:
     rkSignalGuard();

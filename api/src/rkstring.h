@@ -14,7 +14,7 @@ int getBufSize(int n);
 // Positions are indices from 0; npos says that nothing was found.
 class rkString {
 public:
-    static const int npos = -1;
+    static constexpr int npos = -1;
 
     rkString();
     rkString(char const *text);
