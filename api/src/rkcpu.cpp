@@ -127,12 +127,13 @@ int ownGetCacheSize(CacheDescriptor const *table) {
     return -1;
 }
 
+// What does not fit an int is cut off; all fields at their largest would be 2 to the power 64.
 static int sizeOfCache(CPUID const &leaf) {
-    unsigned long long size = leaf.reg[CpuidECX] + 1ull;
-    size *= leaf.getBits(CpuidEBX, 11, 0) + 1;
-    size *= leaf.getBits(CpuidEBX, 21, 12) + 1;
-    size *= leaf.getBits(CpuidEBX, 31, 22) + 1;
-    return size > INT_MAX ? INT_MAX : static_cast<int>(size);
+    unsigned long long sets = leaf.reg[CpuidECX] + 1ull;
+    unsigned long long set = leaf.getBits(CpuidEBX, 11, 0) + 1;
+    set *= leaf.getBits(CpuidEBX, 21, 12) + 1;
+    set *= leaf.getBits(CpuidEBX, 31, 22) + 1;
+    return sets > INT_MAX / set ? INT_MAX : static_cast<int>(sets * set);
 }
 
 static unsigned int cacheType(CPUID const &leaf) {

@@ -155,6 +155,11 @@ static void printCacheMarks(CPUID const &leaf) {
     if (leaf.getBit(CpuidEDX, 0)) g_ostrm << "WBINVD/INVD behavior on lower level caches\n";
 }
 
+// The product in bytes may need 65 bits.
+static long long sizeKb(unsigned long long sets, unsigned long long setBytes) {
+    return static_cast<long long>(sets * (setBytes / 1024) + sets * (setBytes % 1024) / 1024);
+}
+
 bool __rkTarvoCpuTest::printCacheParms(unsigned int i) {
     CPUID leaf(4, i);
     unsigned int type = leaf.getBits(CpuidEAX, 4, 0);
@@ -165,7 +170,7 @@ bool __rkTarvoCpuTest::printCacheParms(unsigned int i) {
     unsigned long long sets = leaf.reg[CpuidECX] + 1ull;
     rkString setsText, sizeText;
     setsText << static_cast<long long>(sets);
-    sizeText << static_cast<long long>(sets * line * partitions * ways / 1024);
+    sizeText << sizeKb(sets, 1ull * line * partitions * ways);
 
     g_ostrm << "\n" << singleLine << "    " << cacheTypeName(type) << "\n\n";
     print("Cache Level       ", leaf.getBits(CpuidEAX, 7, 5));
