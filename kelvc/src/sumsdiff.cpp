@@ -1,5 +1,7 @@
 // sumsdiff.cpp - sums of the differences of 4x4 blocks.
 
+#include <initializer_list>
+
 #include "kmvc.h"
 
 // ---- parameters ---------------------------------------------------------------
@@ -26,15 +28,18 @@ public:
     rkString getUnit() override { return "e"; }
 };
 
-// Two values, each shown as the parameter's name, "=" and the value.
+// The value is shown as the parameter's name, "=" and the value.
+static void addNamed(rkMapIterator<int> &parm, char const *name, int value) {
+    rkString label(name);
+    label << "=" << value;
+    parm[value] = label;
+    parm.add(value);
+}
+
 static void initParameter(rkMapIterator<int> &parm, char const *name, int first, int second) {
     parm.init(name);
-    for (int value : {first, second}) {
-        rkString label(name);
-        label << "=" << value;
-        parm[value] = label;
-        parm.add(value);
-    }
+    addNamed(parm, name, first);
+    addNamed(parm, name, second);
 }
 
 bool CSUMD_H264::canStart() {
