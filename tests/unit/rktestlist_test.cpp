@@ -62,7 +62,7 @@ TEST(RkTestList, SeventeenAndMoreTestsSortProperly) {
     for (int count : {17, 40, 400}) {
         rkTestList list;
         for (int i = 0; i < count; ++i) {
-            char name[8];
+            char name[16];
             snprintf(name, sizeof name, "%04d", i * 7919 % count);
             list.push_back(new Scripted(name));
         }
