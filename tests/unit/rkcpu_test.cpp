@@ -382,6 +382,12 @@ TEST(RkCpu, RegisterWithItsTopBitSetHoldsNoDescriptors) {
     EXPECT_EQ(sizeOf({0x80004d01u, 0, 0, 0}), -1);
 }
 
+// The place of the count byte is passed over whatever register stands there.
+TEST(RkCpu, FirstStoredByteIsNeverADescriptor) {
+    EXPECT_EQ(sizeOf({0x80000001u, 0x00000045u, 0, 0}), -1);
+    EXPECT_EQ(sizeOf({0x80000001u, 0x00004500u, 0, 0}), 2 * 1024 * 1024);
+}
+
 TEST(RkCpu, UnknownDescriptorsGiveNoSize) {
     EXPECT_EQ(sizeOf({0x00fefd01u, 0xffu, 0, 0}), -1);
     EXPECT_EQ(sizeOf({0x00000001u, 0, 0, 0}), -1);
