@@ -595,7 +595,7 @@ public:
 };
 
 TEST_F(SessionRun, SessionCanStopItsRun) {
-    pSession = new StoppedSession;
+    replaceSession<StoppedSession>();
     rkRegTest(new SpyTest("keliA"));
     EXPECT_EQ(run({"-B"}, m_text), 0);
     EXPECT_EQ(m_text, "Command line options: \n-B: batch mode\n");
@@ -608,8 +608,7 @@ TEST_F(SessionRun, CommonDataGoThroughTheirSlot) {
         void readCommonData() override { ++m_reads; }
         int m_reads = 0;
     };
-    QuietSession *session = new QuietSession;
-    pSession = session;
+    QuietSession *session = replaceSession<QuietSession>();
     EXPECT_EQ(run({"-B"}, m_text), 0);
     EXPECT_EQ(session->m_reads, 1);
     EXPECT_FALSE(has(m_text, "Method = "));

@@ -30,6 +30,15 @@ protected:
         std::filesystem::remove_all(m_dir);
     }
 
+    // Session of another class, as a test file registers it.
+    template <class Session>
+    static Session *replaceSession() {
+        delete pSession;
+        Session *session = new Session;
+        rkRegSession(session);
+        return session;
+    }
+
     std::string path(std::string const &name) const { return m_dir + "/" + name; }
     void write(std::string const &name, std::string const &text) const { std::ofstream(path(name)) << text; }
     std::string read(std::string const &name) const {
