@@ -9,7 +9,9 @@ char const *const g_sad_aszApproximation[4] = {"APX_FF", "APX_FH", "APX_HF", "AP
 
 static char const *const commonSection = "kelVC";
 
-static int toInt(rkString const &text) { return static_cast<int>(strtol(text.c_str(), nullptr, 10)); }
+static int toInt(rkString const &text) {
+    return static_cast<int>(strtol(text.c_str(), nullptr, 10));
+}
 
 bool CPerfTest::canStart() {
     m_alignText = "16";
@@ -60,7 +62,6 @@ void CApproximationTest::setApproximations(rkString list) {
     rkStringList words;
     list.parse(words, ",");
     for (auto word = words.begin(); word != words.end(); ++word) {
-        (*word).trim();
         for (int i = 0; i < maxCodes && m_count < maxCodes; ++i) {
             if (!((*word).substr(0, 2) == items[i])) continue;
             m_codes[m_count++] = g_sad_aiApproximation[i];

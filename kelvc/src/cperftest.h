@@ -17,7 +17,8 @@ public:
     // A key of the class's own section, or the default.
     static rkString readKey(char const *section, char const *key, rkString defaultValue);
 
-    // Reads through as much memory as the largest cache holds. Nothing calls it: the key is there, its use is not.
+    // Reads through as much memory as the largest cache holds. Nothing calls it: the key is there, its use is
+    // not.
     static void TrashCache();
 
     rkString m_repeatText = "1";
@@ -37,10 +38,10 @@ public:
     void parmsToCstrm() override;
 
     void readApproximations(char const *section); // key "Approximation"
-    void setApproximations(rkString list);        // items by their first two characters; others are skipped
+    void setApproximations(rkString list); // by the first two characters of an item; a blank is one of them
     int approximation() const { return m_codes[m_index]; } // REQUIRES: in a pass
 
-    virtual void prepareSet() = 0;  // allocates and fills what the set needs
+    virtual void prepareSet() = 0; // allocates and fills what the set needs
     virtual void releaseSet() = 0;
 
     static const int maxCodes = 4;

@@ -8,10 +8,12 @@
 #define KM_INLINE inline __attribute__((always_inline))
 
 // For a function that does not consume its input.
-KM_INLINE int kmNoReset() { return 0; }
+KM_INLINE int kmNoReset() {
+    return 0;
+}
 
-// count calls in one interval, the loop's own cost with them. The call in front of it warms the caches. The status
-// of the last call counts, and an error does not end the loop.
+// count calls in one interval, the loop's own cost with them. The call in front of it warms the caches. The
+// status of the last call counts, and an error does not end the loop.
 template <int (*Call)(), int (*Reset)()>
 KM_INLINE rkResult kmTimLoop(int count, long long *clocks, char const *name) {
     Reset();
@@ -27,8 +29,9 @@ KM_INLINE rkResult kmTimLoop(int count, long long *clocks, char const *name) {
     return kmTest::checkStatus(status, name);
 }
 
-// Single calls, an interval each, until there are *count of them and *clocks clocks; returns both as they are then.
-// Pass -1 warms the caches: its interval is dropped. The last status other than 0 counts, and an error ends the loop.
+// Single calls, an interval each, until there are *count of them and *clocks clocks; returns both as they are
+// then. Pass -1 warms the caches: its interval is dropped. The last status other than 0 counts, and an error
+// ends the loop.
 template <int (*Call)(), int (*Reset)()>
 KM_INLINE rkResult kmTimStat(int *count, long long *clocks, char const *name) {
     rkCpuTicker ticker;

@@ -2,7 +2,9 @@
 
 #include "kmvc.h"
 
-KelLibraryVersion const *kmGetKelVersion_kelvc() { return kelvcGetLibVersion ? kelvcGetLibVersion() : nullptr; }
+KelLibraryVersion const *kmGetKelVersion_kelvc() {
+    return kelvcGetLibVersion ? kelvcGetLibVersion() : nullptr;
+}
 
 // What this build of the library lacks stays null, and the framework uses its own.
 void kmSetKelEnvironment() {
@@ -15,9 +17,9 @@ void kmSetKelEnvironment() {
     kel_Init = kelInit;
 }
 
-[[maybe_unused]] static const int regKelEnvironment = rkRegKelEnvironment(kmSetKelEnvironment);
+[[maybe_unused]] static const bool regKelEnvironment = rkRegKelEnvironment(kmSetKelEnvironment);
 
-#define KM_HOT(function) [[maybe_unused]] static const int hot_##function = rkRegHotFunction(#function)
+#define KM_HOT(function) [[maybe_unused]] static const bool hot_##function = rkRegHotFunction(#function)
 
 KM_HOT(keliCopy16x16QP_MPEG4_8u_C1R);
 KM_HOT(keliCopy16x8QP_MPEG4_8u_C1R);

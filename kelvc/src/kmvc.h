@@ -16,6 +16,6 @@ KelLibraryVersion const *kmGetKelVersion_kelvc(); // null for a library that doe
 void kmSetKelEnvironment();
 
 // Every suite asks for the version; the report tells each text once.
-[[maybe_unused]] static const int regVersion_kelvc = rkRegKelVersion(kmGetKelVersion_kelvc);
+[[maybe_unused]] static const bool regVersion_kelvc = rkRegKelVersion(kmGetKelVersion_kelvc);
 
 #endif

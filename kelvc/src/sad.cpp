@@ -1,4 +1,4 @@
-// sad.cpp - sums of absolute differences of a block, and its edges, at the half-sample positions of the reference.
+// sad.cpp - sums of absolute differences of a block at the half-sample positions of its reference, and its edges.
 
 #include "kmvc.h"
 
@@ -47,6 +47,7 @@ void CSAD::releaseSet() {
 
 // ---- registration -------------------------------------------------------------
 
+// clang-format off
 #define SAD_ARGS g_sad_pSrcCur, g_sad_srcCurStep, g_sad_pSrcRef, g_sad_srcRefStep, &g_sad_dst, g_sad_mcType
 
 KM_REG(CSAD, keliSAD16x16_8u32s,           SAD_ARGS);

@@ -44,6 +44,7 @@ void CSAD_H264::flushData() {
 
 // ---- registration -------------------------------------------------------------
 
+// clang-format off
 #define SAD_SOURCES g_srcCurVector.p8u, g_sad_srcCurStep, g_srcRefVector.p8u, g_sad_srcRefStep
 
 KM_REG(CSAD_H264, keliSAD4x4_8u32s,               SAD_SOURCES, g_SAD.p32s, g_sad_mcType);

@@ -50,6 +50,7 @@ void rk_SADn::flushData() {
 
 using namespace TarvoSoftware;
 
+// clang-format off
 #define SADN_ARGS pSrc.p8u, srcStep, pRef.p8u, refStep, pSAD.p16u, positions
 
 KM_REG(TarvoSoftware::rk_SADn, keliSAD4x4xNI_8u16u_C1R,   SADN_ARGS, &minSADIndex);

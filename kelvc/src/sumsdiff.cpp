@@ -75,6 +75,7 @@ void CSUMD_H264::flushData() {
 
 // ---- registration -------------------------------------------------------------
 
+// clang-format off
 #define SUMD_8u  g_src.p8u,  SrcPitch.value(), g_pred.p8u,  PredPitch.value(), g_sums.p16s, pdiff
 #define SUMD_16u g_src.p16u, SrcPitch.value(), g_pred.p16u, PredPitch.value(), g_sums.p32s, pdiff
 
