@@ -328,6 +328,14 @@ TEST_F(IdenticalLines, PairIsFoundWhereverItSorts) {
     EXPECT_EQ(warning(), about(2, 4));
 }
 
+TEST_F(IdenticalLines, FirstTwoOfManyAreNamed) {
+    m_table.identicalLinesStart(1);
+    line("different", "", "");
+    for (int i = 0; i < 500; ++i) line("same", "", "");
+    EXPECT_TRUE(m_table.identicalLinesStop());
+    EXPECT_EQ(warning(), about(2, 3));
+}
+
 TEST_F(IdenticalLines, TenThousandLinesAreCompared) {
     m_table.close();
     m_table.identicalLinesStart(32);

@@ -467,6 +467,17 @@ TEST_F(Log, ConsoleInTheListIsClosedOnceAndNotWrittenAnyMore) {
     EXPECT_EQ(fileText(console), "last words");
 }
 
+TEST_F(Log, ConsoleClosedThroughAnotherStreamIsNotWrittenAnyMore) {
+    EXPECT_EXIT(
+        {
+            o_stream console(stdout);
+            m_log.push_back(&console);
+            m_log.close();
+            exit(c_out.m_file == nullptr ? 7 : 8);
+        },
+        testing::ExitedWithCode(7), "");
+}
+
 static struct AtStaticExit {
     ~AtStaticExit() { g_ostrm << MsgError << "from a destructor\n" << EndMessageFlush; }
 } s_printsWhenItGoes;

@@ -3,6 +3,7 @@
 #include "rktrace.h"
 
 #include <gtest/gtest.h>
+#include <string.h>
 
 #include "rkstream.h"
 #include "tempdir.h"
@@ -145,6 +146,7 @@ TEST(RkTrace, LogKeepsItsBlockAndTheLatestLines) {
     trace.traceIn("last");
     std::string log = str(trace.m_traceLog);
     EXPECT_EQ(trace.m_traceLog.m_buffer, block);
+    EXPECT_EQ(strlen(trace.m_traceLog.c_str()), log.size()); // nothing older stands behind
     EXPECT_LE(log.size(), 64u * 1024);
     EXPECT_GE(log.size(), 31u * 1024);
     EXPECT_EQ(log.substr(0, 7), "*******"); // begins with a whole line
@@ -174,6 +176,7 @@ TEST(RkTrace, LogThatWasReplacedIsReservedAgain) {
 class TraceOutput : public testing::Test {
 protected:
     TraceOutput() {
+        g_trace.clear();
         g_trace.clearText();
         g_ostrm.addStream(m_dir / "log", false);
     }
@@ -213,6 +216,7 @@ TEST_F(TraceOutput, FlushComparesTheLevelsAsNumbers) {
 }
 
 TEST(RkTraced, StepRunsBetweenEntryAndExit) {
+    g_trace.clear();
     int result = rkTraced("work", [] {
         EXPECT_EQ(str(g_trace.getCurName()), "work");
         return 5;
@@ -223,6 +227,7 @@ TEST(RkTraced, StepRunsBetweenEntryAndExit) {
 }
 
 TEST(RkTraced, StepThatThrowsStaysOpen) {
+    g_trace.clear();
     auto fail = [] { throw 1; };
     EXPECT_THROW(rkTraced("broken", fail), int);
     EXPECT_EQ(str(g_trace.getCurName()), "broken");
