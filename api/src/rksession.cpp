@@ -163,7 +163,9 @@ void rkSession::endCommonData() {
     if (!(m_askMode & askEachTest)) g_istrm.setIStream(nullptr);
 }
 
+// The title takes a second or two at its first use: it measures the processor's frequency.
 void rkSession::outputHeader() {
+    g_ostrm.flush();
     rkReportTitle title(*pTestList);
     g_ostrm << title;
     g_cstrm << title;
