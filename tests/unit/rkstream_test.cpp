@@ -200,12 +200,6 @@ TEST_F(Lines, CarriageReturnStays) {
     EXPECT_EQ(all("a\r\nb\r"), "a\r|b\r|");
 }
 
-TEST_F(Lines, LineOf510CharactersIsWhole) {
-    std::string text(510, 'x');
-    EXPECT_EQ(all(text + "\nnext"), text + "|next|");
-    EXPECT_EQ(all(text), text + "|");
-}
-
 TEST_F(Lines, LineOf511CharactersIsWhole) {
     std::string text(511, 'x');
     EXPECT_EQ(all(text + "\nnext"), text + "|next|");
