@@ -1,4 +1,4 @@
-// sad.cpp - sums of absolute differences of a block at the half-sample positions of its reference, and its edges.
+// sad.cpp - sums of absolute differences at the half-sample positions of the reference, and the edge test.
 
 #include "kmvc.h"
 
