@@ -388,7 +388,7 @@ TEST_F(RkCacheIterator, InfoIsToldWhereTheTriesWereNotSeen) {
         m_cache.outputInfo();
         EXPECT_EQ("      the tries\n", printed.text());
     }
-    Printed printed(MsgResult);
+    Printed printed(MsgError | MsgWarning | MsgResult);
     m_cache.outputInfo();
     EXPECT_EQ("", printed.text());
     EXPECT_EQ(MsgResult, g_ostrm.msgLevel());

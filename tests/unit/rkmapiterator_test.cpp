@@ -232,6 +232,14 @@ TEST(RkMapIterator, StartsOverWithEveryInit) {
     EXPECT_EQ("fast|full|other", str(map.validString()));
 }
 
+TEST(RkMapIterator, InitForgetsTheNamesOfAnotherTest) {
+    rkMapIterator<int> map;
+    nameModes(map);
+    map.init("code");
+    map[3] = "LT";
+    EXPECT_EQ("LT", str(map.validString()));
+}
+
 TEST(RkMapIterator, BadNameKeepsTheFamily) {
     Printed printed;
     g_istrm.m_data.set("mode", "fast;quick");
