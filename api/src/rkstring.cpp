@@ -90,7 +90,7 @@ void rkString::swapBlocks(rkString &other) {
 void rkString::put(char const *text, int n) {
     char *old = m_buffer;
     int size = getBufSize(n);
-    if (size != m_bufSize) m_buffer = checked(malloc(size));
+    if (!m_buffer || size != m_bufSize) m_buffer = checked(malloc(size));
     memmove(m_buffer, text, n);
     m_buffer[n] = 0;
     m_length = n;
@@ -101,7 +101,7 @@ void rkString::put(char const *text, int n) {
 void rkString::allocate(int n) {
     n = limited(n);
     int size = getBufSize(n);
-    if (size != m_bufSize) {
+    if (!m_buffer || size != m_bufSize) {
         ::free(m_buffer);
         m_buffer = checked(malloc(size));
         m_bufSize = size;

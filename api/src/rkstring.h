@@ -28,8 +28,8 @@ public:
 
     char const *c_str() const { return m_buffer ? m_buffer : ""; }
     int length() const { return m_length; }
-    char operator[](int i) const { return c_str()[i]; } // REQUIRES: 0 <= i <= length()
-    bool failed() const { return m_failed; }            // the last conversion out of this string
+    char operator[](int i) const { return m_buffer ? m_buffer[i] : '\0'; } // REQUIRES: 0 <= i <= length()
+    bool failed() const { return m_failed; } // the last conversion out of this string
 
     void init();          // all fields zero
     void allocate(int n); // a zeroed block for n characters; the old text is gone
