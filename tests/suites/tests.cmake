@@ -2,3 +2,7 @@
 if(KELVARA_ROOT)
     return() # what a function writes is known of the reference implementation alone
 endif()
+
+rakova_test(measure_test suites/measure_test.cpp LIBS rakova_primitives)
+target_include_directories(measure_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvc/src)
+rakova_test(cperftest_test suites/cperftest_test.cpp LIBS rakova_suites)
