@@ -17,9 +17,9 @@ enum kmTypeBits {
     kmTypeComplex = 1024 // an element is a pair of components: real, imaginary
 };
 
-enum kmArg { kmSrc = 1, kmSrc2 = 2, kmDst = 4, kmDst2 = 8 };
+enum kmArg : int { kmSrc = 1, kmSrc2 = 2, kmDst = 4, kmDst2 = 8 };
 
-enum SetMode {
+enum SetMode : int {
     SetDefault = 0, // 1.00001 for a floating type, 2 for others
     SetZero = 1,
     SetOne = 2,
