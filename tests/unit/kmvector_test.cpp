@@ -161,6 +161,7 @@ TEST(KmVector, SizeThatIsNoIntFails) {
 
 TEST(KmVector, AllocatedBlockIsZeroAndHasNoLength) {
     kmVector v(8);
+    rkSetVectorShift(0);
     ASSERT_TRUE(v.createVector(100, SetValue, 0xee, 0.0)); // the memory that is given again
     ASSERT_TRUE(v.allocateVector(100, 0, nullptr));
     for (int i = 0; i < 100; ++i) ASSERT_EQ(v.m_data[i], 0);
