@@ -449,6 +449,14 @@ TEST_F(RkBestTiming, BadStatusIsNotAvoidedUnlessAsked) {
     EXPECT_TRUE(g_ctrl87.badStatus());
 }
 
+TEST_F(RkBestTiming, BadStatusInARepetitionDoesNotEndTheSearchUnlessAsked) {
+    CaptureLog log(7);
+    ScriptedClocks clocks({{100.0}, {103.0}, {120.0, rkResSuccess, true}, {103.0}, {103.0}});
+    EXPECT_EQ(autoTiming(), rkResSuccess);
+    EXPECT_EQ(clocks.m_counts, (Counts{1, 4, 4, 4, 16}));
+    EXPECT_EQ(log.text(), "");
+}
+
 TEST_F(RkBestTiming, AvoidingPreparesEveryRun) {
     tool.m_avoidBad = true;
     s_inits = 0;
