@@ -5,6 +5,7 @@
 #include "rkconditions.h"
 #include "rkctrl.h"
 #include "rkexception.h"
+#include "rkpriority.h"
 #include "rkregister.h"
 #include "rkreport.h"
 #include "rksession.h"
@@ -181,7 +182,9 @@ static void restoreLevels(OutputLevel level, int msgDepth) {
     while (g_ostrm.m_msgStack.size() > msgDepth) g_ostrm.restoreMsgLevel();
 }
 
+// A fault in a primitive jumps past the end of the measured stretch, where the priority would come back.
 void rkTest::onException(rkException &e) {
+    rkResetPriority();
     m_currentResult = rkResException;
     restoreLevels(OldOutLevel, g_oldMsgDepth);
     g_ostrm << MsgError << e.msg() << " in " << g_trace.getCurName() << "\n" << EndMessage;

@@ -5,6 +5,7 @@
 #include <signal.h>
 
 #include "capture.h"
+#include "rkpriority.h"
 #include "rksession.h"
 #include "rktrace.h"
 #include "scriptedtest.h"
@@ -132,6 +133,19 @@ TEST(RkTest, AfterAnExceptionTheLevelsAreBackAndFlushStartIsPassedOver) {
     EXPECT_EQ(g_ostrm.outLevel(), 1);
     EXPECT_EQ(g_ostrm.msgLevel(), before);
     EXPECT_EQ(test.m_steps, "SiE");
+}
+
+TEST(RkTest, AfterAFaultThePriorityIsNotLeftRaised) {
+    class RaisedThenFaulting : public ScriptedTest {
+    public:
+        rkResult runTiming() override {
+            rkSetPriority(3);
+            raise(SIGSEGV);
+            return rkResSuccess;
+        }
+    } test;
+    EXPECT_EQ(test.run(), rkResException);
+    EXPECT_FALSE(_bSavedPrio);
 }
 
 TEST(RkTest, AFaultAfterParametersWereReadReachesTheTest) {
