@@ -148,6 +148,21 @@ TEST(RkTest, AfterAFaultThePriorityIsNotLeftRaised) {
     EXPECT_FALSE(_bSavedPrio);
 }
 
+TEST(RkTest, ARowLeftInItsMiddleDoesNotReachTheNextTest) {
+    class FailingRow : public ScriptedTest {
+    public:
+        using ScriptedTest::ScriptedTest;
+        rkString getUnit() override { throw rkException(rkString("no unit")); }
+    } broken("broken");
+    rkTest::m_numParmsColm = 1;
+    rkTest::m_numResultColm = 5;
+    CaptureTable table;
+    EXPECT_EQ(broken.run(), rkResException);
+    ScriptedTest next("next");
+    EXPECT_EQ(next.run(), rkResSuccess);
+    EXPECT_EQ(table.text(), "next,nLps=8,100, ,0.1,-\n");
+}
+
 TEST(RkTest, AFaultAfterParametersWereReadReachesTheTest) {
     Failing test;
     test.m_how = Failing::Signal;
