@@ -47,7 +47,8 @@ rkTest::rkTest(rkString name, rkString file, rkString info)
       m_funcStat(nullptr),
       m_funcCall(nullptr),
       m_funcInit(nullptr),
-      m_funcOld(nullptr) {
+      m_funcOld(nullptr),
+      m_cacheIterator(nullptr) {
     rkTest::initSettings();
 }
 
@@ -68,11 +69,16 @@ rkTest::rkTest(rkFuncCall call, rkFuncInit init, rkFuncLoop loop, rkFuncStat sta
     m_funcInit = init;
 }
 
+rkTest::~rkTest() {
+    delete m_cacheIterator;
+}
+
 void rkTest::initSettings() {
     m_currentResult = rkResNotRun;
     m_firstPass = true;
     m_bad87 = m_badSsx = false;
     m_deprecatedFlag = false;
+    delete m_cacheIterator;
     m_cacheIterator = nullptr;
     m_cacheOverflow = false;
     m_parms.clear();

@@ -34,7 +34,7 @@ public:
     rkTest(rkTest const &) = delete;
     rkTest &operator=(rkTest const &) = delete;
 
-    virtual ~rkTest() = default;
+    virtual ~rkTest();
     virtual bool tobeRun(rkConditions &conditions);
     virtual rkResult run();
     virtual int compareFunc(rkTest const *other) const; // order of the list of tests
@@ -124,7 +124,7 @@ public:
     bool m_bad87; // bad status seen in this test
     bool m_badSsx;
     rkList<rkParameter *> m_parms;    // the first is the outermost; not owned
-    rkCacheIterator *m_cacheIterator; // null if the test has none
+    rkCacheIterator *m_cacheIterator; // owned; null if the test has none
     bool m_cacheOverflow;
 
     static rkResult m_currentResult; // of the test that runs

@@ -225,7 +225,6 @@ TEST(KmTest, FirstSizeParameterOfACacheRunIsWrapped) {
     ASSERT_EQ(test.m_parms.size(), 2);
     EXPECT_EQ(*test.m_parms.begin(), static_cast<rkParameter *>(test.m_cacheIterator));
     EXPECT_EQ(*--test.m_parms.end(), static_cast<rkParameter *>(&second));
-    delete static_cast<rkCacheIteratorSize *>(test.m_cacheIterator);
 }
 
 // ---- the debug view of the data ----------------------------------------------

@@ -277,7 +277,27 @@ TEST(RkTest, OneParameterAtMostVariesWithTheCache) {
     EXPECT_EQ(*test.m_parms.begin(), test.m_cacheIterator);
     EXPECT_EQ(test.m_cacheIterator->m_parm, &a);
     EXPECT_EQ(*++test.m_parms.begin(), &b);
-    delete test.m_cacheIterator;
+}
+
+TEST(RkTest, EveryCacheIteratorIsFreed) {
+    static int living = 0;
+    class CountedCache : public rkCacheIteratorInt {
+    public:
+        explicit CountedCache(rkIterator<int> &parm) : rkCacheIteratorInt(parm, nullptr, nullptr) {
+            ++living;
+        }
+        ~CountedCache() override { --living; }
+    };
+    Counted size("size", 1);
+    {
+        ScriptedTest test;
+        for (int begin = 0; begin < 3; ++begin) {
+            test.beginTest();
+            test.m_cacheIterator = new CountedCache(size);
+            EXPECT_EQ(living, 1) << "a new begin frees the one before";
+        }
+    }
+    EXPECT_EQ(living, 0);
 }
 
 TEST(RkTest, WithoutACacheRunTheParameterItselfIsTaken) {

@@ -259,17 +259,17 @@ public:
 
 class CacheTest : public ScriptedTest {
 public:
-    explicit CacheTest(rkIterator<int> &size) : m_iterator(size, &m_object, nullptr) {}
+    explicit CacheTest(rkIterator<int> &size) : m_size(size) {}
     bool canStart() override {
-        m_cacheIterator = &m_iterator;
-        m_parms.push_back(&m_iterator);
+        m_cacheIterator = new NeverFits(m_size, &m_object, nullptr);
+        m_parms.push_back(m_cacheIterator);
         return true;
     }
     class Huge : public rkObject {
     public:
         int objectSize() const override { return 1; } // too small for every state
     } m_object;
-    NeverFits m_iterator;
+    rkIterator<int> &m_size;
 };
 
 } // namespace

@@ -221,9 +221,8 @@ TEST(RkTestOutput, HotFunctionsAreMarkedInTheInterestColumn) {
 TEST(RkTestOutput, TheCommentOfTheCacheStandsInFront) {
     Counted size("size", 1);
     Output test;
-    rkCacheIteratorInt cache(size, nullptr, nullptr);
-    test.m_cacheIterator = &cache;
-    cache.m_value = 1;
+    test.m_cacheIterator = new rkCacheIteratorInt(size, nullptr, nullptr);
+    test.m_cacheIterator->m_value = 1;
     test.setTimingResult(1.0, "nLps=2");
     EXPECT_EQ(fmt(test.getComment()), "outofCache nLps=2");
     test.m_deprecatedFlag = true;
