@@ -439,6 +439,17 @@ TEST_F(SessionRun, WithoutSortingTheLineIsMissing) {
     EXPECT_FALSE(has(m_text, "Sorting functions"));
 }
 
+TEST_F(SessionRun, WithoutConditionsAllTestsRunInTheOrderOfTheirNames) {
+    for (char const *name : {"keliC", "keliA", "keliB"}) rkRegTest(new SpyTest(name));
+    EXPECT_EQ(run({"-B"}, m_text), 0);
+    EXPECT_EQ(SpyTest::m_runs, 3);
+    size_t at = 0;
+    for (char const *name : {"__rkTarvoCpu", "keliA", "keliB", "keliC"}) {
+        at = m_text.find("| Function  : " + std::string(name) + " ", at);
+        ASSERT_NE(at, std::string::npos) << name;
+    }
+}
+
 TEST_F(SessionRun, ParameterFunctionIsCalledOnce) {
     static int calls = 0;
     rkRegParmFunc([] { ++calls; });

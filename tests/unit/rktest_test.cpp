@@ -198,9 +198,16 @@ TEST(RkTest, StartAndStopIgnoresWhetherTheTestCanStart) {
 
 TEST(RkTest, ARunThatOnlyWritesNamesDoesNotMeasure) {
     rkSession::m_nameExit = true;
+    rkSession::m_nameMode = 1;
+    rkTest::m_numParmsColm = 3;
+    rkTest::m_numResultColm = 2;
     ScriptedTest test;
+    Counted size("size", 3);
+    test.m_declared = {&size};
+    CaptureTable table;
     EXPECT_EQ(test.run(), rkResSuccess);
     EXPECT_EQ(test.m_steps, "SFE");
+    EXPECT_EQ(table.text(), "keliScript_8u,size,-,parmNames,-\n");
 }
 
 TEST(RkTest, ARunThatWritesAnIniFileTakesTheParametersAndDoesNotMeasure) {
