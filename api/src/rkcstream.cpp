@@ -93,10 +93,11 @@ void rkCStream::tableOut(int columns) {
     flush();
 }
 
+// Of a watched line only the cells that are compared are kept: the rest would be most of the work of a row.
 void rkCStream::lineOut(int columns) {
     tableOut(columns);
     ++m_lineCount;
-    if (m_identColms != 0) addStore(m_lineStore, m_colm);
+    for (int i = 0; i < m_identColms; ++i) m_lineStore[i].push_back(m_colm[i]);
     tableFlush();
 }
 

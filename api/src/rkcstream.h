@@ -36,7 +36,7 @@ public:
     int m_colmCount;                    // index of the next cell
     int m_lineCount;                    // lines written so far
     int m_identColms;                   // columns compared, 0: no watch
-    rkStringList m_lineStore[maxColms]; // one list a column
+    rkStringList m_lineStore[maxColms]; // one list a column that is compared
     rkStringList m_postponed[maxColms];
 };
 

@@ -307,6 +307,15 @@ TEST_F(IdenticalLines, LinesThatDifferInAParameterAreNot) {
     EXPECT_EQ(getStoreCount(m_table.m_lineStore), 0);
 }
 
+TEST_F(IdenticalLines, OnlyTheComparedCellsAreKept) {
+    m_table.identicalLinesStart(2);
+    line("8", "16", "1.5");
+    line("8", "32", "1.5");
+    EXPECT_EQ(m_table.m_lineStore[0].size(), 2);
+    EXPECT_EQ(m_table.m_lineStore[1].size(), 2);
+    EXPECT_TRUE(m_table.m_lineStore[2].empty());
+}
+
 TEST_F(IdenticalLines, OneLineHasNoPartner) {
     m_table.identicalLinesStart(2);
     line("8", "16", "1.5");
