@@ -5,10 +5,19 @@
 #include <errno.h>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "rkpriority.h"
+
+static int s_uidQuestions;
+
+// In place of the C library's: every routine that touches the scheduler asks this first.
+extern "C" uid_t getuid() noexcept {
+    ++s_uidQuestions;
+    return static_cast<uid_t>(syscall(SYS_getuid));
+}
 
 namespace {
 
@@ -136,6 +145,15 @@ TEST(RkPriority, NoneNeitherSavesNorChanges) {
     EXPECT_FALSE(o.flagDuring);
     EXPECT_EQ(o.before.nice, 15);
     EXPECT_EQ(o.after, o.before);
+}
+
+TEST(RkPriority, NoneAsksTheSystemNothing) {
+    rkSetPriority(4);
+    rkResetPriority();
+    ASSERT_EQ(s_uidQuestions, 2) << "one to save and one to restore";
+    rkSetPriority(0);
+    rkResetPriority();
+    EXPECT_EQ(s_uidQuestions, 2);
 }
 
 TEST(RkPriority, NoneForgetsAnEarlierSet) {
