@@ -70,10 +70,14 @@ protected:
 
     // args are words of the shell. libraries: LD_LIBRARY_PATH, or none if it is empty.
     Outcome run(std::string const &args, std::string const &libraries = "") const {
-        std::string command = "cd '" + m_dir + "' && env -u LD_LIBRARY_PATH ";
+        std::string command = "env -u LD_LIBRARY_PATH ";
         if (!libraries.empty()) command += "LD_LIBRARY_PATH='" + libraries + "' ";
-        command += "'" RAKOVA "' " + args + " 2>&1 </dev/null";
-        FILE *pipe = popen(command.c_str(), "r");
+        return shell(command + "'" RAKOVA "' " + args + " 2>&1 </dev/null");
+    }
+
+    // A command of the shell, in the directory of the test. Only standard output is caught.
+    Outcome shell(std::string const &command) const {
+        FILE *pipe = popen(("cd '" + m_dir + "' && " + command).c_str(), "r");
         if (!pipe) return Outcome{-1, {}};
         std::string text;
         char buffer[4096];
@@ -81,6 +85,8 @@ protected:
         int status = pclose(pipe);
         return Outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, linesIn(text)};
     }
+
+    void write(std::string const &name, std::string const &text) const { std::ofstream(path(name)) << text; }
 
     std::string m_dir;
 };

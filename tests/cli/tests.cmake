@@ -3,14 +3,18 @@ if(KELVARA_ROOT)
     return() # the texts and the status codes expected here are those of the reference implementation
 endif()
 
-# rakova_cli_test(name source): a test that starts the harness, as RAKOVA, with the helpers of cli/program.h
+# rakova_cli_test(name source): a test that starts RAKOVA or RAKOVA_BARE, with the helpers of cli/program.h
 function(rakova_cli_test name source)
     rakova_test(${name} ${source})
-    target_compile_definitions(${name} PRIVATE RAKOVA="$<TARGET_FILE:rakova>")
-    add_dependencies(${name} rakova)
+    target_compile_definitions(${name} PRIVATE
+        RAKOVA="$<TARGET_FILE:rakova>" RAKOVA_BARE="$<TARGET_FILE:rakova_bare>")
+    add_dependencies(${name} rakova rakova_bare)
 endfunction()
 
 rakova_cli_test(program_test cli/program_test.cpp)
+rakova_cli_test(keys_test cli/keys_test.cpp)
+rakova_cli_test(paths_test cli/paths_test.cpp)
+rakova_cli_test(cfgfile_test cli/cfgfile_test.cpp)
 
 # ---- other builds of the library ----------------------------------------------------
 
