@@ -18,6 +18,9 @@ if(RAKOVA_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
 endif()
+if(RAKOVA_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 
 # The programs find their shared libraries by RUNPATH, so that LD_LIBRARY_PATH goes first.
 add_link_options(-Wl,--enable-new-dtags)
