@@ -5,13 +5,17 @@
 
 extern OutputLevel OldOutLevel;
 
+// The step that the walk is part of. Not on the stack: a fault in a primitive jumps over it there, and the
+// text would be lost.
+static rkString g_walkName;
+
 void rkTest::loopData() {
     m_firstPass = true;
-    rkString traceName = g_trace.getCurName();
+    g_walkName = g_trace.getCurName();
     g_cstrm.identicalLinesStart(m_numParmsColm);
     bool constsOut = false;
     do {
-        g_trace.setCurName(traceName);
+        g_trace.setCurName(g_walkName);
         m_vectorNum = m_vectorShift = 0; // every set starts at the same misalignment
         if (!rkTraced("canContinue", [this] { return canContinue(); })) {
             noMoreSets();
