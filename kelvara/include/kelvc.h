@@ -31,10 +31,40 @@ KELAPI const KelLibraryVersion *kelvcGetLibVersion(void);
 KELAPI KelStatus keliSAD16x16_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD16x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD4x4_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD8x16_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD8x4_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD4x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD16x16_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD8x8_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD4x4_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32s *pSAD, int mcType);
 
 // The same for each 8x8 or 4x4 block of a 16x16 block: stores 4 or 16 sums.
 KELAPI KelStatus keliSAD16x16Blocks8x8_8u16u(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int mcType);
 KELAPI KelStatus keliSAD16x16Blocks4x4_8u16u(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel16u *pSAD, int mcType);
+KELAPI KelStatus keliSAD16x16Blocks8x8_16u32u_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32u *pSAD, int mcType);
+KELAPI KelStatus keliSAD16x16Blocks4x4_16u32u_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32u *pSAD, int mcType);
+
+// Sum of absolute transformed differences at the full-sample position: each 4x4 block of differences goes
+// through the two-dimensional Hadamard transform, and the sums of the magnitudes, halved, are added up. Steps
+// are in bytes and at least the width of the block. Stores one sum.
+KELAPI KelStatus keliSATD16x16_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD16x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD8x16_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD8x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD8x4_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD4x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSATD4x4_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+
+// The same with the Hadamard transform of the whole 8x8 block, its sum of magnitudes divided by 4, rounded.
+KELAPI KelStatus keliSAT8x8D_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAT);
+KELAPI KelStatus keliSAT8x8D_16u32s_C1R(const Kel16u *pSrc, int srcStep, const Kel16u *pRef, int refStep, Kel32s *pSAT);
+
+// Two measures of how much the lines of a 16x16 block differ (ISO/IEC 14496-2, adaptive frame/field DCT): the
+// sums of the absolute differences between lines n and n + 1, and between lines n and n + 2, each for n from 0
+// to 13. The smaller one tells whether to code the block as a frame or as two fields. srcStep is in bytes and
+// at least 16 samples.
+KELAPI KelStatus keliFrameFieldSAD16x16_8u32s_C1R(const Kel8u *pSrc, int srcStep, Kel32s *pFrameSAD, Kel32s *pFieldSAD);
+KELAPI KelStatus keliFrameFieldSAD16x16_16s32s_C1R(const Kel16s *pSrc, int srcStep, Kel32s *pFrameSAD, Kel32s *pFieldSAD);
 
 // Sums of absolute differences at numSAD places in a row: pSAD[i] compares the source block with the
 // reference block that starts i samples to the right of pRef. Steps are in bytes; srcStep is at least the

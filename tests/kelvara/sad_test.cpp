@@ -7,27 +7,42 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
-template <class R>
+template <class T, class R>
 struct SadFunction {
     const char *name;
-    KelStatus (*call)(const Kel8u *, int, const Kel8u *, int, R *, int);
+    KelStatus (*call)(const T *, int, const T *, int, R *, int);
     int width, height;    // of the whole block
     int block, blockRows; // each result covers block x blockRows samples
     int results() const { return width / block * (height / blockRows); }
 };
 
-const SadFunction<Kel32s> functions32s[] = {
+const SadFunction<Kel8u, Kel32s> functions8u32s[] = {
     {"keliSAD16x16_8u32s", keliSAD16x16_8u32s, 16, 16, 16, 16},
     {"keliSAD16x8_8u32s_C1R", keliSAD16x8_8u32s_C1R, 16, 8, 16, 8},
     {"keliSAD4x4_8u32s", keliSAD4x4_8u32s, 4, 4, 4, 4},
+    {"keliSAD8x16_8u32s_C1R", keliSAD8x16_8u32s_C1R, 8, 16, 8, 16},
+    {"keliSAD8x4_8u32s_C1R", keliSAD8x4_8u32s_C1R, 8, 4, 8, 4},
+    {"keliSAD4x8_8u32s_C1R", keliSAD4x8_8u32s_C1R, 4, 8, 4, 8},
 };
 
-const SadFunction<Kel16u> functions16u[] = {
+const SadFunction<Kel8u, Kel16u> functions8u16u[] = {
     {"keliSAD16x16Blocks8x8_8u16u", keliSAD16x16Blocks8x8_8u16u, 16, 16, 8, 8},
     {"keliSAD16x16Blocks4x4_8u16u", keliSAD16x16Blocks4x4_8u16u, 16, 16, 4, 4},
+};
+
+const SadFunction<Kel16u, Kel32s> functions16u32s[] = {
+    {"keliSAD16x16_16u32s_C1R", keliSAD16x16_16u32s_C1R, 16, 16, 16, 16},
+    {"keliSAD8x8_16u32s_C1R", keliSAD8x8_16u32s_C1R, 8, 8, 8, 8},
+    {"keliSAD4x4_16u32s_C1R", keliSAD4x4_16u32s_C1R, 4, 4, 4, 4},
+};
+
+const SadFunction<Kel16u, Kel32u> functions16u32u[] = {
+    {"keliSAD16x16Blocks8x8_16u32u_C1R", keliSAD16x16Blocks8x8_16u32u_C1R, 16, 16, 8, 8},
+    {"keliSAD16x16Blocks4x4_16u32u_C1R", keliSAD16x16Blocks4x4_16u32u_C1R, 16, 16, 4, 4},
 };
 
 const int mcTypes[] = {0, 4, 8, 12};
@@ -39,12 +54,14 @@ int down(int mcType) {
 }
 
 // The mean of the four full samples at the floor and the ceiling of both half-sample coordinates.
-int halfSample(const Source<Kel8u> &ref, int row2, int col2) {
+template <class T>
+int halfSample(const Source<T> &ref, int row2, int col2) {
     const int top = row2 / 2, bottom = (row2 + 1) / 2, left = col2 / 2, right = (col2 + 1) / 2;
     return (ref(top, left) + ref(top, right) + ref(bottom, left) + ref(bottom, right) + 2) / 4;
 }
 
-long long model(const Source<Kel8u> &src, const Source<Kel8u> &ref, int mcType, int row0, int col0, int rows,
+template <class T>
+long long model(const Source<T> &src, const Source<T> &ref, int mcType, int row0, int col0, int rows,
                 int cols) {
     long long sum = 0;
     for (int row = row0; row < row0 + rows; ++row) {
@@ -56,8 +73,8 @@ long long model(const Source<Kel8u> &src, const Source<Kel8u> &ref, int mcType, 
     return sum;
 }
 
-template <class R>
-void expectModel(const SadFunction<R> &f, const Source<Kel8u> &src, const Source<Kel8u> &ref, int mcType,
+template <class T, class R>
+void expectModel(const SadFunction<T, R> &f, const Source<T> &src, const Source<T> &ref, int mcType,
                  int dstOffset) {
     Destination<R> dst(f.results(), dstOffset);
     ASSERT_EQ(kelStsNoErr, f.call(src.data(), src.step(), ref.data(), ref.step(), dst.data(), mcType));
@@ -69,17 +86,18 @@ void expectModel(const SadFunction<R> &f, const Source<Kel8u> &src, const Source
     }
 }
 
-template <class R>
-void compareAll(const SadFunction<R> &f) {
-    for (const PatternPair &pair : patternPairs(255)) {
+template <class T, class R>
+void compareAll(const SadFunction<T, R> &f) {
+    for (const PatternPair &pair : patternPairs(std::numeric_limits<T>::max())) {
         for (int mcType : mcTypes) {
             for (int step : {0, 1, 2, 15, 48, 144}) {
                 for (int slack : {0, 1, 3, 8}) {
                     SCOPED_TRACE(testing::Message() << f.name << ", " << pair.name << ", mcType " << mcType
                                                     << ", width + " << step << ", slack " << slack);
-                    Source<Kel8u> src(f.height, f.width, f.width + step, slack);
-                    Source<Kel8u> ref(f.height + down(mcType), f.width + toTheRight(mcType), f.width + step,
-                                      2 * slack);
+                    const int widthBytes = f.width * static_cast<int>(sizeof(T));
+                    Source<T> src(f.height, f.width, widthBytes + step, slack);
+                    Source<T> ref(f.height + down(mcType), f.width + toTheRight(mcType), widthBytes + step,
+                                  2 * slack);
                     src.fill(pair.src);
                     ref.fill(pair.ref);
                     expectModel(f, src, ref, mcType, slack);
@@ -89,11 +107,11 @@ void compareAll(const SadFunction<R> &f) {
     }
 }
 
-template <class R>
-void expectRefused(const SadFunction<R> &f) {
+template <class T, class R>
+void expectRefused(const SadFunction<T, R> &f) {
     SCOPED_TRACE(f.name);
-    const int w = f.width;
-    Source<Kel8u> src(17, 17, 160), ref(17, 17, 160);
+    const int w = f.width * static_cast<int>(sizeof(T));
+    Source<T> src(17, 17, 160), ref(17, 17, 160);
     Destination<R> dst(f.results());
     EXPECT_EQ(kelStsNullPtrErr, f.call(nullptr, 160, ref.data(), 160, dst.data(), 0));
     EXPECT_EQ(kelStsNullPtrErr, f.call(src.data(), 160, nullptr, 160, dst.data(), 0));
@@ -111,16 +129,20 @@ void expectRefused(const SadFunction<R> &f) {
 } // namespace
 
 TEST(KelvaraSad, OneSumEqualsTheModelAtEveryPosition) {
-    for (const auto &f : functions32s) compareAll(f);
+    for (const auto &f : functions8u32s) compareAll(f);
+    for (const auto &f : functions16u32s) compareAll(f);
 }
 
 TEST(KelvaraSad, BlockSumsEqualTheModelAtEveryPosition) {
-    for (const auto &f : functions16u) compareAll(f);
+    for (const auto &f : functions8u16u) compareAll(f);
+    for (const auto &f : functions16u32u) compareAll(f);
 }
 
 TEST(KelvaraSad, BadArgumentsAreRefusedAndNothingIsWritten) {
-    for (const auto &f : functions32s) expectRefused(f);
-    for (const auto &f : functions16u) expectRefused(f);
+    for (const auto &f : functions8u32s) expectRefused(f);
+    for (const auto &f : functions8u16u) expectRefused(f);
+    for (const auto &f : functions16u32s) expectRefused(f);
+    for (const auto &f : functions16u32u) expectRefused(f);
 }
 
 // Columns go 0, 100, 0, 100 and all rows are alike: only a horizontal half position sees 50.
