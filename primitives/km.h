@@ -6,8 +6,12 @@
 #include "rk.h"
 
 #include "kmbitvector.h"
+#include "kmbmp.h"
 #include "kmfill.h"
 #include "kmfunc.h"
+#include "kmimage.h"
+#include "kmplaintypes.h"
+#include "kmscale.h"
 #include "kmtest.h"
 #include "kmtype.h"
 #include "kmvector.h"

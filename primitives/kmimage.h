@@ -113,10 +113,12 @@ private:
     long long stepOf(int w, int step) const;
     int planeSize() const;
     bool createPlanes(int planeLen, int align, bool alignFirstOnly);
-    void setPlaneView(bool chosen);
     void clearPlanes();
-    void *separatePlane(int i) const;
-    void setPlaneJaehne(void *data, int w, int h, int pixStep, int step, double magn) const;
+    bool hasPlanes() const;
+    void setPlaneView(bool chosen);
+    void *rowAt(int row) const;
+    void *elementAt(int x, int y, int c) const;
+    void setPlaneJaehne(unsigned char *data, int pixStep, double magn);
 };
 
 #endif

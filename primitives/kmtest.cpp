@@ -42,9 +42,17 @@ rkString kmTest::regInfo() {
     return i < 0 ? text : text.substr(0, i) + "KM_" + text.substr(i + 3);
 }
 
+void kmTest::regCacheParm(rkIterator<KeliSize> &iter, kmImage &image, rkCacheIterator::SetNewValue set) {
+    regCacheParm(iter, &image, set);
+}
+
 void kmTest::regCacheParm(rkIterator<KeliSize> &iter, rkCacheIterator::SetNewValue set) {
+    regCacheParm(iter, nullptr, set);
+}
+
+void kmTest::regCacheParm(rkIterator<KeliSize> &iter, kmImage *image, rkCacheIterator::SetNewValue set) {
     if (m_cache && !m_cacheIterator) {
-        m_cacheIterator = new rkCacheIteratorSize(iter, nullptr, set);
+        m_cacheIterator = new rkCacheIteratorSize(iter, image, set);
         m_parms.push_back(m_cacheIterator);
     } else {
         m_parms.push_back(&iter);

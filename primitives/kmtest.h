@@ -6,7 +6,7 @@
 
 #include "rktest.h"
 
-#include "kmvector.h"
+#include "kmimage.h"
 
 class kmTest : public rkTest {
 public:
@@ -34,7 +34,9 @@ public:
     rkResult checkStatus(KelStatus status) { return checkStatus(status, m_func); }
 
     using rkTest::regCacheParm;
-    // Appends the parameter, or in a -C run a cache iterator around it.
+    // Appends the parameter, or in a -C run a cache iterator around it: by the size of the image, or by that
+    // of all blocks.
+    void regCacheParm(rkIterator<KeliSize> &iter, kmImage &image, rkCacheIterator::SetNewValue set);
     void regCacheParm(rkIterator<KeliSize> &iter, rkCacheIterator::SetNewValue set);
 
     kmFunc m_func{m_name}; // the name of the function
@@ -42,6 +44,7 @@ public:
     static bool m_checkErrorsOnly; // warnings of the library pass
 
 private:
+    void regCacheParm(rkIterator<KeliSize> &iter, kmImage *image, rkCacheIterator::SetNewValue set);
     void printBlock(int n, void *block, rkObject *owner, int size);
 };
 
