@@ -2,8 +2,10 @@
 
 #include "rksession.h"
 
+#include <fcntl.h>
 #include <stdio.h>
 #include <time.h>
+#include <unistd.h>
 
 #include "rkcstream.h"
 #include "rkinfotest.h"
@@ -34,8 +36,17 @@ void rkSession::initSession() {
     buildKeyTable();
 }
 
+// A file that is opened while one of these is closed would take its place, and the console text would land in
+// it.
+static void keepStandardFiles() {
+    for (int file = 0; file <= STDERR_FILENO; ++file) {
+        if (fcntl(file, F_GETFD) == -1) open("/dev/null", O_RDWR);
+    }
+}
+
 // Full buffering keeps the console from running ahead of the tables: both are flushed at the same places.
 static void openConsole() {
+    keepStandardFiles();
     setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
     g_ostrm.setMsgLevel(MsgResult);
     g_ostrm.push_back(&c_out);

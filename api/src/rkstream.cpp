@@ -203,7 +203,7 @@ void flushStreams(rkList<o_stream *> const &streams) {
 
 // ---- the log ------------------------------------------------------------------
 
-rkOStream::rkOStream() : m_outLevel(MsgError), m_msgLevel(MsgResult) {}
+rkOStream::rkOStream() : m_outLevel(MsgError), m_msgLevel(MsgResult), m_held(false) {}
 
 rkOStream::~rkOStream() {
     close();
@@ -218,7 +218,7 @@ void rkOStream::close() {
 }
 
 void rkOStream::flush() {
-    flushStreams(*this);
+    if (!m_held) flushStreams(*this);
 }
 
 void rkOStream::setMsgLevel(MessageLevel level) {

@@ -89,6 +89,7 @@ public:
     OutputLevel m_outLevel;
     MessageLevel m_msgLevel;
     rkList<MessageLevel> m_msgStack; // latest first
+    bool m_held;                     // texts stay in their buffers: flush does nothing
 };
 
 rkOStream &operator<<(rkOStream &stream, MessageLevel level);

@@ -188,11 +188,13 @@ static void restoreLevels(OutputLevel level, int msgDepth) {
     while (g_ostrm.m_msgStack.size() > msgDepth) g_ostrm.restoreMsgLevel();
 }
 
-// A fault in a primitive jumps past the end of the measured stretch, where the priority would come back, and
-// one between the cells of a row leaves them in hand, where the next test would go on with them.
+// A fault in a primitive jumps past the end of the measured stretch, where the priority and the
+// floating-point units would come back.
 void rkTest::onException(rkException &e) {
     rkResetPriority();
-    g_cstrm.tableFlush();
+    initCtrlStatus();
+    closeTable();
+    g_ostrm.m_held = false;
     m_currentResult = rkResException;
     restoreLevels(OldOutLevel, g_oldMsgDepth);
     g_ostrm << MsgError << e.msg() << " in " << g_trace.getCurName() << "\n" << EndMessage;

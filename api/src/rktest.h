@@ -151,6 +151,7 @@ private:
     bool canRepeatForCache();
     void closeLoop();
     void putTableNameLine();
+    static void closeTable(); // behind a fault
     rkString measuringRoutine();
 };
 

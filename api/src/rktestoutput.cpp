@@ -13,12 +13,28 @@ static int lineColms() {
 
 // ---- names ---------------------------------------------------------------------
 
+static bool s_namesInHand = false; // g_cstrm has the files of g_qstrm
+
+static void exchangeTables() {
+    g_cstrm.swap(g_qstrm);
+    s_namesInHand = !s_namesInHand;
+}
+
 void rkTest::putTableName() {
     if (rkSession::m_nameMode & 1) putTableNameLine();
     if (!(rkSession::m_nameMode & 2)) return;
-    g_cstrm.swap(g_qstrm);
+    exchangeTables();
     putTableNameLine();
-    g_cstrm.swap(g_qstrm);
+    exchangeTables();
+}
+
+// A fault between the cells of a row leaves them in hand, where the next test would go on with them; one in a
+// row of names leaves the files exchanged. Rows that were held back belong to sets that were measured.
+void rkTest::closeTable() {
+    g_cstrm.tableFlush();
+    if (s_namesInHand) exchangeTables();
+    g_cstrm.identicalLinesStart(0);
+    g_cstrm.linePostponeOut(lineColms());
 }
 
 void rkTest::putTableNameLine() {
@@ -144,12 +160,15 @@ void rkTest::outputRegInfo() {
 // Buffered console text is let go behind the row only: a line that was shown is in the table.
 void rkTest::outputResult(rkResult r) {
     if (r == rkResNotRun) return;
+    g_ostrm.flush(); // all of the buffer is for this set
+    g_ostrm.m_held = true;
     putTextError(r);
     putTextResult(r);
     if (!rkIsError(r)) {
         putTableResult(r);
         putTableResult_Deprecated(r);
     }
+    g_ostrm.m_held = false;
     g_ostrm.flush();
 }
 

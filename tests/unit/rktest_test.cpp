@@ -5,6 +5,7 @@
 #include <signal.h>
 
 #include "capture.h"
+#include "rkctrlbase.h"
 #include "rkpriority.h"
 #include "rksession.h"
 #include "rktrace.h"
@@ -161,6 +162,44 @@ TEST(RkTest, ARowLeftInItsMiddleDoesNotReachTheNextTest) {
     ScriptedTest next("next");
     EXPECT_EQ(next.run(), rkResSuccess);
     EXPECT_EQ(table.text(), "next,nLps=8,100, ,0.1,-\n");
+}
+
+TEST(RkTest, RowsHeldBackBeforeAFaultStayWithTheirTest) {
+    class FailingLater : public ScriptedTest {
+    public:
+        using ScriptedTest::ScriptedTest;
+        rkResult runTiming() override {
+            if (m_timed == 2) throw rkException(rkString("third set"));
+            return ScriptedTest::runTiming();
+        }
+    } broken("broken");
+    Counted size("size", 3);
+    size.addDeprecated(1, "small");
+    broken.m_declared = {&size};
+    rkTest::m_numParmsColm = 2;
+    rkTest::m_numResultColm = 2;
+    CaptureTable table;
+    EXPECT_EQ(broken.run(), rkResException);
+    ScriptedTest next("next");
+    EXPECT_EQ(next.run(), rkResSuccess);
+    EXPECT_EQ(table.text(),
+              "broken,1,nLps=8,100\n"
+              "broken,2,nLps=8,100\n"
+              "broken,small,deprecated,100\n"
+              "next,-,nLps=8,100\n");
+}
+
+TEST(RkTest, AfterAnExceptionTheFloatingPointUnitsTrapNothingNew) {
+    class Trapping : public ScriptedTest {
+    public:
+        rkResult runTiming() override {
+            tsSSXBase().enableExceptions();
+            throw rkException(rkString("with all traps open"));
+        }
+    } test;
+    EXPECT_EQ(test.run(), rkResException);
+    double volatile one = 1.0, three = 3.0;
+    EXPECT_LT(one / three, 1.0) << "inexact";
 }
 
 TEST(RkTest, AFaultAfterParametersWereReadReachesTheTest) {

@@ -1,6 +1,7 @@
 // rktestoutput_test.cpp - the lines of output of a test.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "capture.h"
 #include "rksession.h"
@@ -264,6 +265,50 @@ TEST(RkTestOutput, NameRowsHoldTheNamesOfTheParameters) {
     rkSession::m_nameMode = 2;
     test.putTableName();
     EXPECT_EQ(names.text(), "f,size,-,parmNames,-,-,-,-\n");
+}
+
+TEST(RkTestOutput, WhatIsShownOfASetIsInTheTableAlready) {
+    class Watching : public Output {
+    public:
+        using Output::Output;
+        rkString getComment()
+            override { // the last of the texts of a row that a test file may have of its own
+            m_shown += shown();
+            return Output::getComment();
+        }
+        string shown() const {
+            char text[2000];
+            ssize_t n = pread(m_file, text, sizeof text, 0);
+            return n > 0 ? string(text, n) : string();
+        }
+        int m_file = -1;
+        string m_shown;
+    } test("f");
+    for (OutputLevel level : {MsgError | MsgWarning | MsgResult, MsgResult | MsgTrace}) {
+        CaptureLog log(level);
+        test.m_file = fileno(log.m_stream.m_file);
+        test.m_shown = "";
+        test.setTimingResult(5.0, "c");
+        test.outputResult(rkResSuccess);
+        EXPECT_EQ(test.m_shown.find("perf="), string::npos) << test.m_shown;
+        EXPECT_NE(test.shown().find("perf="), string::npos) << test.shown();
+    }
+}
+
+TEST(RkTestOutput, AFaultInTheNameRowLeavesTheTablesInTheirPlaces) {
+    class NoNames : public Output {
+    public:
+        void parmsNameToCstrm() override { throw rkException(rkString("no names")); }
+    } test;
+    rkSession::m_nameMode = 2;
+    Rows rows;
+    Capture<rkCStream> names(g_qstrm);
+    EXPECT_EQ(test.run(), rkResException);
+    Output next("next");
+    next.setTimingResult(5.0, "c");
+    next.outputResult(rkResSuccess);
+    EXPECT_EQ(rows.text(), "next,-,-,c,5.00,px,0.005,-\n");
+    EXPECT_EQ(names.text(), "");
 }
 
 TEST(RkTitle, TheTitleRowCountsTheColumns) {
