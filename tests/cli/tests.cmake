@@ -15,6 +15,14 @@ rakova_cli_test(program_test cli/program_test.cpp)
 rakova_cli_test(keys_test cli/keys_test.cpp)
 rakova_cli_test(paths_test cli/paths_test.cpp)
 rakova_cli_test(cfgfile_test cli/cfgfile_test.cpp)
+rakova_cli_test(console_test cli/console_test.cpp)
+
+# A program of the framework and one test file.
+add_executable(sample cli/sample.cpp)
+target_link_libraries(sample PRIVATE rakova_main)
+rakova_cli_test(sample_test cli/sample_test.cpp)
+target_compile_definitions(sample_test PRIVATE SAMPLE="$<TARGET_FILE:sample>")
+add_dependencies(sample_test sample)
 
 # ---- other builds of the library ----------------------------------------------------
 
