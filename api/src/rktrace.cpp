@@ -49,7 +49,7 @@ static void addLine(rkTrace &trace, char const *direction, rkString const &name)
     addToLog(log, direction, static_cast<int>(strlen(direction)));
     addToLog(log, name.c_str(), name.length());
     addToLog(log, "\n", 1);
-    if (!g_ostrm.isOn(MsgTrace)) return;
+    if (g_ostrm.outLevel() < MsgTrace) return; // neither seen nor flushed
     g_ostrm << MsgTrace << trace.m_level << direction << name << "\n";
     trace.flush();
     g_ostrm << EndMessage;

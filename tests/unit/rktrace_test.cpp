@@ -205,6 +205,29 @@ TEST_F(TraceOutput, NothingIsWrittenWhenTheLevelIsOff) {
     EXPECT_EQ(str(g_trace.m_traceLog), "****** trace into   step\n****** trace out of step\n");
 }
 
+// So a run that dies shows what came in front of the step, whichever of the higher levels is on.
+TEST_F(TraceOutput, StepsBringOutWhatIsBufferedAtAnyLevelNumericallyAboveTraces) {
+    for (OutputLevel level : {39, 71}) {
+        std::string before = written();
+        g_ostrm.setOutLevel(level);
+        g_ostrm << MsgError << "text" << EndMessage;
+        g_trace.traceIn("step");
+        EXPECT_EQ(written(), before + "text") << level;
+        g_ostrm << MsgError << "more" << EndMessage;
+        g_trace.traceOut("step");
+        EXPECT_EQ(written(), before + "textmore") << level;
+        EXPECT_TRUE(g_ostrm.m_msgStack.empty());
+    }
+}
+
+TEST_F(TraceOutput, StepsLeaveTheBufferAloneBelowTheLevelOfTraces) {
+    g_ostrm.setOutLevel(15);
+    g_ostrm << MsgError << "text" << EndMessage;
+    g_trace.traceIn("step");
+    g_trace.traceOut("step");
+    EXPECT_EQ(written(), "");
+}
+
 TEST_F(TraceOutput, FlushComparesTheLevelsAsNumbers) {
     g_ostrm.setOutLevel(MsgError);
     g_ostrm << MsgError << "text" << EndMessage;
