@@ -163,10 +163,7 @@ void rkList<T>::sort(bool (*less)(T &, T &)) {
         }
         if (i == fill) ++fill;
     }
-    for (int i = 0; i < fill; ++i) {
-        bins[i].merge(*this, less);
-        swap(bins[i]);
-    }
+    while (fill > 0) merge(bins[--fill], less); // the higher bins hold the earlier elements
 }
 
 #endif

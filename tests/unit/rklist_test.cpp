@@ -228,6 +228,14 @@ TEST(RkList, SortOrdersAndKeepsTheLinksWhole) {
     expectList(list, {0, 1, 3, 3, 5, 9});
 }
 
+TEST(RkList, SortKeepsTheSentinelOfItsList) {
+    Ints list;
+    fill(list, {5, 3, 9});
+    auto end = list.end();
+    list.sort(less);
+    EXPECT_TRUE(list.end() == end);
+}
+
 TEST(RkList, SortIsStableForEverySmallSize) {
     for (int n = 2; n <= 70; ++n) expectStableSort(n, 5);
 }
