@@ -393,6 +393,16 @@ TEST(RkTestData, SuccessiveBlocksAreShiftedUntilTheRangeStartsOver) {
     rkTest::deallocate(b);
 }
 
+TEST(RkTestData, BlocksLieTheirShiftBehindTheBoundaryAndStartOverBehindTheLast) {
+    Address record;
+    for (int expected = 0; expected <= 32768; expected += 512) {
+        void *p = rkTest::allocate(16, 0);
+        ASSERT_TRUE(pAddressList->find(p, record));
+        EXPECT_EQ(static_cast<char *>(p) - static_cast<char *>(record.address), expected % 32768);
+        rkTest::deallocate(p);
+    }
+}
+
 TEST(RkTestData, NegativeAlignMeansMultiplesOfTheSetting) {
     rkSetVectorAlign(3);
     rkSetAlignSrc(false);
