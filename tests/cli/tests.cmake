@@ -16,6 +16,9 @@ rakova_cli_test(keys_test cli/keys_test.cpp)
 rakova_cli_test(paths_test cli/paths_test.cpp)
 rakova_cli_test(cfgfile_test cli/cfgfile_test.cpp)
 rakova_cli_test(console_test cli/console_test.cpp)
+rakova_cli_test(inifile_test cli/inifile_test.cpp)
+rakova_cli_test(effects_test cli/effects_test.cpp)
+rakova_cli_test(golden_test cli/golden_test.cpp)
 
 # A program of the framework and one test file.
 add_executable(sample cli/sample.cpp)
@@ -23,6 +26,18 @@ target_link_libraries(sample PRIVATE rakova_main)
 rakova_cli_test(sample_test cli/sample_test.cpp)
 target_compile_definitions(sample_test PRIVATE SAMPLE="$<TARGET_FILE:sample>")
 add_dependencies(sample_test sample)
+
+# ---- failures and bad input -----------------------------------------------------------
+
+add_executable(faulty cli/faulty.cpp)
+target_link_libraries(faulty PRIVATE rakova_main)
+foreach(subject faults killed)
+    rakova_cli_test(${subject}_test cli/${subject}_test.cpp)
+    target_compile_definitions(${subject}_test PRIVATE FAULTY="$<TARGET_FILE:faulty>"
+                                                       $<$<BOOL:${RAKOVA_SANITIZE}>:RAKOVA_SANITIZE>)
+    target_link_libraries(${subject}_test PRIVATE util)
+    add_dependencies(${subject}_test faulty)
+endforeach()
 
 # ---- other builds of the library ----------------------------------------------------
 
