@@ -227,6 +227,31 @@ TEST(KmTest, FirstSizeParameterOfACacheRunIsWrapped) {
     EXPECT_EQ(*--test.m_parms.end(), static_cast<rkParameter *>(&second));
 }
 
+TEST(KmTest, ImageOfACacheRunTellsItsOwnSize) {
+    Probe test("keliA_8u");
+    rkIterator<KeliSize> sizes("size", "");
+    kmImage image(8, 3, true);
+    ASSERT_TRUE(image.createImage(5, 4, -1, -1, false));
+    test.initSettings();
+    rkTest::m_cache = true;
+    auto set = [](rkParameter *, int, int, bool) { return false; };
+    test.regCacheParm(sizes, image, set);
+    ASSERT_NE(test.m_cacheIterator, nullptr);
+    EXPECT_EQ(test.m_cacheIterator->getObjectSize(), 60);
+    EXPECT_EQ(test.m_cacheIterator->m_setNewValue, +set);
+    EXPECT_EQ(*test.m_parms.begin(), static_cast<rkParameter *>(test.m_cacheIterator));
+}
+
+TEST(KmTest, SizeParameterOfAnImageGoesToTheListAsItIs) {
+    Probe test("keliA_8u");
+    rkIterator<KeliSize> sizes("size", "");
+    kmImage image(8, 1, false);
+    test.initSettings();
+    test.regCacheParm(sizes, image, nullptr);
+    EXPECT_EQ(test.m_cacheIterator, nullptr);
+    EXPECT_EQ(*test.m_parms.begin(), static_cast<rkParameter *>(&sizes));
+}
+
 // ---- the debug view of the data ----------------------------------------------
 
 TEST(KmTest, AllBlocksAreShownButThoseWithoutAnOwnerOfTheirOwn) {
