@@ -247,6 +247,7 @@ TEST(KmTest, SizeParameterOfAnImageGoesToTheListAsItIs) {
     rkIterator<KeliSize> sizes("size", "");
     kmImage image(8, 1, false);
     test.initSettings();
+    rkTest::m_cache = false;
     test.regCacheParm(sizes, image, nullptr);
     EXPECT_EQ(test.m_cacheIterator, nullptr);
     EXPECT_EQ(*test.m_parms.begin(), static_cast<rkParameter *>(&sizes));
