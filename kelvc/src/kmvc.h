@@ -10,7 +10,6 @@
 #include "cperftest.h"
 #include "km.h"
 #include "kmnames.h"
-#include "kmreg.h"
 
 KelLibraryVersion const *kmGetKelVersion_kelvc(); // null for a library that does not tell
 void kmSetKelEnvironment();

@@ -1,7 +1,9 @@
-// kmreg.h - registration of the tests of library functions.
+// kmreg.h - registration of the tests of primitives.
 
 #ifndef RAKOVA_KMREG_H
 #define RAKOVA_KMREG_H
+
+#include "rkregister.h"
 
 #include "kmmeasure.h"
 

@@ -3,7 +3,9 @@
 #ifndef RAKOVA_KMMEASURE_H
 #define RAKOVA_KMMEASURE_H
 
-#include "km.h"
+#include "rkticker.h"
+
+#include "kmtest.h"
 
 #define KM_INLINE inline __attribute__((always_inline))
 
