@@ -98,7 +98,12 @@ bool kmBmpFile::load(rkString name, int align) {
     bool whole = false;
     if (!readHeaders(stream.m_file, whole)) return false;
     if (!readPalette(stream.m_file)) whole = false;
-    if (!CreateImage(align) || !whole) return false;
+    if (!whole) { // no image for data that are not there, but what is wrong is said
+        ImageForm unused;
+        checkHeaders(unused);
+        return false;
+    }
+    if (!CreateImage(align)) return false;
     if (fseek(stream.m_file, static_cast<long>(m_fileHeader.bfOffBits), SEEK_SET) != 0) return false;
     return readData(stream.m_file);
 }
@@ -208,16 +213,16 @@ bool kmBmpFile::SetImageChannels(int &channels) {
     }
 }
 
+bool kmBmpFile::checkHeaders(ImageForm &form) {
+    return ValidCompression() && SetImageWidth(form.width) && SetImageHeight(form.height) &&
+           SetImageType(form.type) && SetImagePlane(form.plane) && SetImageChannels(form.channels);
+}
+
 bool kmBmpFile::CreateImage(int align) {
-    int width = 0, height = 0, channels = 0;
-    kmType type = 0;
-    bool plane = false;
-    if (!ValidCompression() || !SetImageWidth(width) || !SetImageHeight(height) || !SetImageType(type) ||
-        !SetImagePlane(plane) || !SetImageChannels(channels)) {
-        return false;
-    }
-    m_image->init(type, channels, plane);
-    return m_image->createImage(width, height, -1, align, false);
+    ImageForm form;
+    if (!checkHeaders(form)) return false;
+    m_image->init(form.type, form.channels, form.plane);
+    return m_image->createImage(form.width, form.height, -1, align, false);
 }
 
 // ---- what the headers tell ---------------------------------------------------

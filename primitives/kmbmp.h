@@ -77,6 +77,12 @@ public:
     kmBmpColor m_palette[256] = {};
 
 private:
+    struct ImageForm {
+        int width = 0, height = 0, channels = 0;
+        kmType type = 0;
+        bool plane = false;
+    };
+    bool checkHeaders(ImageForm &form);
     bool readHeaders(FILE *file, bool &whole);
     bool readPalette(FILE *file);
     bool readData(FILE *file);

@@ -236,8 +236,10 @@ TEST_F(KmBmpFile, CutInfoHeaderFailsByTheFieldThatIsMissing) {
 TEST_F(KmBmpFile, CutPaletteFailsWithoutAMessage) {
     Bitmap b;
     b.palette = grayRamp(255); // of the 256 that 8 bits can count
+    b.width = b.height = 16000;
     EXPECT_FALSE(load(b));
     EXPECT_EQ(said(), "");
+    EXPECT_EQ(m_image.m_data, nullptr); // no room is taken for it
 }
 
 TEST_F(KmBmpFile, CutIndexesFailWithoutAMessage) {
