@@ -10,11 +10,7 @@ namespace {
 
 const std::string faulty = FAULTY;
 
-#ifdef RAKOVA_SANITIZE
-const int rounds = 8; // each stack that runs out takes its time
-#else
 const int rounds = 44; // 23 faults each
-#endif
 
 const std::string storage = "--KEL. Signal: Illegal storage access. in ";
 const std::string instruction = "--KEL. Signal: Illegal instruction. in ";

@@ -31,11 +31,10 @@ add_dependencies(sample_test sample)
 
 add_executable(faulty cli/faulty.cpp)
 target_link_libraries(faulty PRIVATE rakova_main)
-foreach(subject faults killed)
+foreach(subject faults killed badkeys badfiles badanswers fulldisk)
     rakova_cli_test(${subject}_test cli/${subject}_test.cpp)
-    target_compile_definitions(${subject}_test PRIVATE FAULTY="$<TARGET_FILE:faulty>"
-                                                       $<$<BOOL:${RAKOVA_SANITIZE}>:RAKOVA_SANITIZE>)
-    target_link_libraries(${subject}_test PRIVATE util)
+    target_compile_definitions(${subject}_test PRIVATE FAULTY="$<TARGET_FILE:faulty>")
+    target_link_libraries(${subject}_test PRIVATE util) # openpty
     add_dependencies(${subject}_test faulty)
 endforeach()
 
