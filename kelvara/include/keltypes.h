@@ -24,13 +24,27 @@ typedef int64_t Kel64s;
 typedef float Kel32f;
 typedef double Kel64f;
 
-typedef struct { Kel8s re, im; } Kel8sc;
-typedef struct { Kel16s re, im; } Kel16sc;
-typedef struct { Kel16u re, im; } Kel16uc;
-typedef struct { Kel32s re, im; } Kel32sc;
-typedef struct { Kel64s re, im; } Kel64sc;
-typedef struct { Kel32f re, im; } Kel32fc;
-typedef struct { Kel64f re, im; } Kel64fc;
+typedef struct {
+    Kel8s re, im;
+} Kel8sc;
+typedef struct {
+    Kel16s re, im;
+} Kel16sc;
+typedef struct {
+    Kel16u re, im;
+} Kel16uc;
+typedef struct {
+    Kel32s re, im;
+} Kel32sc;
+typedef struct {
+    Kel64s re, im;
+} Kel64sc;
+typedef struct {
+    Kel32f re, im;
+} Kel32fc;
+typedef struct {
+    Kel64f re, im;
+} Kel64fc;
 
 // The harness declares these two for itself where it is built without the library.
 #ifndef KEL_PLAIN_TYPES_DEFINED
@@ -55,8 +69,12 @@ struct KelLibraryVersion {
 
 typedef struct KeliSize KeliSize;
 typedef struct KelLibraryVersion KelLibraryVersion;
-typedef struct { int x, y; } KeliPoint;
-typedef struct { int x, y, width, height; } KeliRect;
+typedef struct {
+    int x, y;
+} KeliPoint;
+typedef struct {
+    int x, y, width, height;
+} KeliRect;
 
 typedef int KelCpuType; // a processor code, such as 69 for an SSE4.2 processor
 
