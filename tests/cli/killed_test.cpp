@@ -29,7 +29,8 @@ Lines shownSets(std::string const &text) {
 class Killed : public Program {
 protected:
     // Killed as soon as the console has so many bytes.
-    Ended killedAt(Console console, std::string const &levels, std::string const &key, size_t bytes) const {
+    Ended killedAt(ConsoleKind console, std::string const &levels, std::string const &key,
+                   size_t bytes) const {
         Start start;
         start.words = {
             FAULTY, "-B", "-L" + levels, "-flong", "-dMethod=Manual", "-dNumLoops=1", key + path("rows.csv")};
@@ -59,7 +60,7 @@ protected:
             }
         }
     }
-    void killSeveralTimes(Console console, std::string const &levels) const {
+    void killSeveralTimes(ConsoleKind console, std::string const &levels) const {
         const size_t moments[] = {6000, 50001, 100003, 333333, 1000000};
         for (size_t bytes : moments) {
             Ended ended = killedAt(console, levels, "-r", bytes);
@@ -72,26 +73,26 @@ protected:
 } // namespace
 
 TEST_F(Killed, WhatAPipeShowedIsInTheTable) {
-    killSeveralTimes(Pipe, "PERF");
+    killSeveralTimes(ToPipe, "PERF");
 }
 
 TEST_F(Killed, WhatATerminalShowedIsInTheTable) {
-    killSeveralTimes(Terminal, "PERF");
+    killSeveralTimes(ToTerminal, "PERF");
 }
 
 TEST_F(Killed, WhatAFileShowsIsInTheTable) {
-    killSeveralTimes(File, "PERF");
+    killSeveralTimes(ToFile, "PERF");
 }
 
 TEST_F(Killed, WhatATracedRunShowedIsInTheTable) {
-    killSeveralTimes(Pipe, "TRACE");
+    killSeveralTimes(ToPipe, "TRACE");
 }
 
 TEST_F(Killed, EarlierContentOfAnAppendedTableIsIntact) {
     std::string before;
     for (int i = 0; i < 100000; ++i) before += "earlier," + std::to_string(i) + "\n";
     write("rows.csv", before);
-    Ended ended = killedAt(Pipe, "PERF", "-R", 100000);
+    Ended ended = killedAt(ToPipe, "PERF", "-R", 100000);
     std::string table = whole(path("rows.csv"));
     ASSERT_GT(table.size(), before.size());
     EXPECT_EQ(table.compare(0, before.size(), before), 0);

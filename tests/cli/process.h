@@ -13,12 +13,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
 
-enum Console { Pipe, File, Terminal };
+enum ConsoleKind { ToPipe, ToFile, ToTerminal };
 
 // What a program is started with.
 struct Start {
@@ -27,7 +28,7 @@ struct Start {
     std::string input = "";             // all that standard input gives
     std::function<void()> prepare = {}; // the last thing in the child before the program takes over
     std::vector<std::string> env = {};  // NAME=value, in addition
-    Console console = Pipe;
+    ConsoleKind console = ToPipe;
     int seconds = 60; // then it is killed
 };
 
@@ -61,7 +62,12 @@ public:
     // does.
     bool shows(size_t bytes) {
         while (shown() < bytes) {
-            if (m_file ? millisecondsLeft() == 0 : !readMore()) return false;
+            if (m_file) {
+                usleep(1000);
+                if (millisecondsLeft() == 0) return false;
+            } else if (!readMore()) {
+                return false;
+            }
         }
         return true;
     }
@@ -98,11 +104,11 @@ private:
         fflush(m_input);
         rewind(m_input);
         int ends[2] = {-1, -1};
-        if (m_start.console == File) {
+        if (m_start.console == ToFile) {
             m_file = tmpfile();
             m_write = dup(fileno(m_file));
-        } else if (m_start.console == Terminal ? openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0
-                                               : pipe(ends) == 0) {
+        } else if (m_start.console == ToTerminal ? openpty(&ends[0], &ends[1], nullptr, nullptr, nullptr) == 0
+                                                 : pipe(ends) == 0) {
             m_read = ends[0];
             m_write = ends[1];
             fcntl(m_read, F_SETFD, FD_CLOEXEC);
@@ -139,7 +145,7 @@ private:
         char buffer[65536];
         ssize_t n = read(m_read, buffer, sizeof buffer);
         for (ssize_t i = 0; i < n; ++i) {
-            if (m_start.console != Terminal || buffer[i] != '\r') m_text += buffer[i];
+            if (m_start.console != ToTerminal || buffer[i] != '\r') m_text += buffer[i];
         }
         return n > 0;
     }
