@@ -243,7 +243,8 @@ bool kmBmpFile::IsGrayPalette() {
 
 int kmBmpFile::GetDataStep() {
     long long bits = static_cast<long long>(m_infoHeader.biBitCount) * m_infoHeader.biWidth;
-    return cutToInt(static_cast<double>((bits + 31) / 32 * 4));
+    long long wholeWords = (bits + 31) / 32 * 4;
+    return cutToInt(static_cast<double>(wholeWords));
 }
 
 int kmBmpFile::GetDataSize() {

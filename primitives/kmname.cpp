@@ -44,7 +44,8 @@ int endOfBase(char const *name, int length) {
 int kmLenOfType(char const *text, int length) {
     int k = 0;
     while (k < length && isdigit(static_cast<unsigned char>(text[k]))) ++k;
-    if (k == 0 || k == length || !memchr("usf", text[k], 3)) return 0;
+    if (k == 0 || k == length) return 0;
+    if (text[k] != 'u' && text[k] != 's' && text[k] != 'f') return 0;
     return k + 1 < length && text[k + 1] == 'c' ? k + 2 : k + 1;
 }
 
