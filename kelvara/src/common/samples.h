@@ -46,6 +46,38 @@ private:
     std::ptrdiff_t m_step;
 };
 
+// A block that is written; rows lie stepBytes apart.
+template <class T>
+class Target {
+public:
+    Target(T *p, std::ptrdiff_t stepBytes)
+        : m_bytes(reinterpret_cast<unsigned char *>(p)), m_step(stepBytes) {}
+
+    void set(int row, int col, int value) const {
+        const T sample = static_cast<T>(value);
+        std::memcpy(m_bytes + row * m_step + col * static_cast<std::ptrdiff_t>(sizeof(T)), &sample,
+                    sizeof(T));
+    }
+
+private:
+    unsigned char *m_bytes;
+    std::ptrdiff_t m_step;
+};
+
+// Every second column of a block, from column `first` on: one of the two colours of an interleaved row.
+template <class Block>
+class Interleaved {
+public:
+    Interleaved(Block block, int first) : m_block(block), m_first(first) {}
+
+    int operator()(int row, int col) const { return m_block(row, 2 * col + m_first); }
+    void set(int row, int col, int value) const { m_block.set(row, 2 * col + m_first, value); }
+
+private:
+    Block m_block;
+    int m_first;
+};
+
 } // namespace kelvara
 
 #endif
