@@ -162,9 +162,3 @@ TEST_F(Console, AtATerminalTheQuestionComesBeforeTheAnswer) {
     ASSERT_TRUE(terminal.shows("| -OK         keliSAD4x4_8u32s"));
     EXPECT_EQ(terminal.end(), 0);
 }
-
-TEST_F(Console, BeforeTheFrequencyIsMeasuredTheKeysAreOnTheScreen) {
-    Terminal terminal({RAKOVA, "-B", "-LERR", "-fkeliSAD4x4_8u32s"});
-    ASSERT_TRUE(terminal.shows("Sorting functions...\n"));
-    EXPECT_EQ(terminal.screen().find("| CPU "), std::string::npos) << "which takes a second";
-}

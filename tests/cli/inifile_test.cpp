@@ -130,11 +130,6 @@ TEST_F(IniFile, FunctionsWithASectionAlone) {
     EXPECT_EQ(linesWith(outcome.lines, ".Number of tests : 2").size(), 1u) << "the others are not counted";
 }
 
-TEST_F(IniFile, WithoutAFileTheFunctionsOfItAreAll) {
-    Outcome outcome = runHere("-P -t=CSAD_H264 " + twoLoops);
-    EXPECT_EQ(linesWith(outcome.lines, "| Function  : ").size(), 3u);
-}
-
 TEST_F(IniFile, DataIsCutAtItsSecondEqualSign) {
     Outcome outcome = runHere(twoLoops + "-dSrcPitch=SrcPitch=18 " + sums);
     EXPECT_EQ(linesWith(outcome.lines, " SrcPitch = "), Lines{" SrcPitch = SrcPitch=16"})

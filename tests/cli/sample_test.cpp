@@ -192,6 +192,48 @@ TEST_F(Sample, CommonParametersStandInTheCommonSection) {
                                     "[sampleAlpha]", "alpha=5", "", "[sampleBeta]"}));
 }
 
+TEST_F(Sample, MethodsByData) {
+    Outcome loops = sample("-B -LPERF -d Method=Manual -d NumLoops=5 -fGamma");
+    EXPECT_EQ(linesWith(loops.lines, "  nLps=5      perf=").size(), 1u);
+    Outcome calls = sample("-B -LPERF -dMethod=stat -dNumCalls=6 -dTotalCpuClocks=0 -fGamma");
+    EXPECT_EQ(linesWith(calls.lines, "  nCalls=6    perf=").size(), 1u);
+    Outcome iterative =
+        sample("-B -LPERF -dMethod=iter -dStartNumLoops=2 -dStopNumLoops=8 -dAccuracy=0 -fGamma");
+    EXPECT_EQ(linesWith(linesWith(iterative.lines, "  acc="), " perf=").size(), 1u);
+}
+
+TEST_F(Sample, LastDataOfANameCounts) {
+    Outcome outcome = sample(threeCalls + "-LPERF -dNumLoops=7 '-d NumLoops = 9 ' -fGamma");
+    EXPECT_EQ(linesWith(outcome.lines, "  nLps=9 ").size(), 1u);
+}
+
+TEST_F(Sample, StartFunctionThatNoTestHasRunsNothing) {
+    Outcome outcome = sample(threeCalls + "-FnoSuchFunction");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(linesWith(outcome.lines, "| Function  : ").empty());
+    EXPECT_EQ(linesWith(outcome.lines, "| .Number of tests : 0 ").size(), 1u);
+    EXPECT_EQ(linesWith(outcome.lines, "Undefined     : 0 ").size(), 1u);
+}
+
+TEST_F(Sample, FunctionsOfTheIniFileAreAllWithoutOne) {
+    EXPECT_EQ(linesWith(sample(threeCalls + "-P -fAlpha -fBeta").lines, "| Function  : ").size(), 2u);
+}
+
+TEST_F(Sample, ClosedInputIsAnEndOfInput) {
+    Outcome outcome = shell("'" SAMPLE "' -A -LERR -fAlpha <&-");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(linesWith(outcome.lines, " Method = Statistic").size(), 1u);
+    EXPECT_EQ(linesWith(outcome.lines, "| -OK         sampleAlpha ").size(), 1u);
+}
+
+TEST_F(Sample, AnswerOfAnyLengthIsReadWhole) {
+    std::string list, shown;
+    for (int i = 0; i < 600; ++i) list += std::to_string(i) + ";";
+    Outcome outcome = sample("-AParams -LERR -fAlpha", list + "\n");
+    for (int i = 0; i < 600; ++i) shown += (i ? "; " : "") + std::to_string(i);
+    EXPECT_EQ(linesWith(outcome.lines, " for size ["), Lines{" for size [1; 3; +2] =  size = " + shown});
+}
+
 // ---- keys whose effect needs a test of its own ---------------------------------------------------------
 
 TEST_F(Sample, HotLinesAreMarked) {
