@@ -42,6 +42,19 @@ void CPerfTest::readSettings(char const *section) {
     m_repeat = toInt(m_repeatText);
 }
 
+bool CPerfTest::nextPass() {
+    if (m_repeat <= 0) return false;
+    --m_repeat;
+    return true;
+}
+
+double CPerfTest::divisorOf(char const *const *functions, int const *divisions, int count) const {
+    for (int i = 0; i < count; ++i) {
+        if (m_name == functions[i]) return divisions[i];
+    }
+    return 1.0;
+}
+
 void CPerfTest::TrashCache() {
     int size = 0;
     if (kel_GetMaxCacheSizeB(&size) < 0 || size < 0) return;
@@ -57,21 +70,25 @@ void CApproximationTest::readApproximations(char const *section) {
 }
 
 void CApproximationTest::setApproximations(rkString list) {
-    static char const *const items[] = {"FF", "FH", "HF", "HH"};
     m_count = m_index = 0;
     rkStringList words;
     list.parse(words, ",");
-    for (auto word = words.begin(); word != words.end(); ++word) {
-        for (int i = 0; i < maxCodes && m_count < maxCodes; ++i) {
-            if (!((*word).substr(0, 2) == items[i])) continue;
-            m_codes[m_count++] = g_sad_aiApproximation[i];
-            break;
-        }
+    for (auto word = words.begin(); word != words.end() && m_count < maxCodes; ++word) {
+        int code = approximationCode(*word, 0);
+        if (code >= 0) m_codes[m_count++] = code;
     }
 }
 
-// Every code in list order, as often as the repeat counter says. Without codes there is nothing to run.
-bool CApproximationTest::canContinue() {
+int approximationCode(rkString const &item, int pos) {
+    static char const *const items[] = {"FF", "FH", "HF", "HH"};
+    for (int i = 0; i < CApproximationTest::maxCodes; ++i) {
+        if (item.substr(pos, 2) == items[i]) return g_sad_aiApproximation[i];
+    }
+    return -1;
+}
+
+// Every entry in list order, as often as the repeat counter says. Without entries there is nothing to run.
+bool CListTest::canContinue() {
     if (m_repeat <= 0 || m_count == 0) return false;
     if (m_index == m_count) {
         --m_repeat;
@@ -82,7 +99,7 @@ bool CApproximationTest::canContinue() {
     return true;
 }
 
-void CApproximationTest::flushData() {
+void CListTest::flushData() {
     ++m_index;
     releaseSet();
 }
