@@ -2,31 +2,19 @@
 
 #include "blockdiffspies.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
 
 #include "kmvc.h"
+#include "spy.h"
 
 std::vector<SpiedCall> g_spied;
 
 namespace {
 
 const int positions[] = {0, 4, 8, 12};
-
-// Bytes from p to the end of the tracked block that holds it.
-int roomAt(void const *p) {
-    int size = 0;
-    void *owner = nullptr;
-    for (void *block = rkMallocFirst(&size, &owner); block; block = rkMallocNext(&size, &owner)) {
-        auto begin = static_cast<char const *>(block);
-        auto at = static_cast<char const *>(p);
-        if (at >= begin && at < begin + size) return static_cast<int>(begin + size - at);
-    }
-    return 0;
-}
 
 template <class T>
 SpiedCall blocks(char const *name, T const *src, int srcStep, T const *ref, int refStep, int w, int h) {
@@ -48,12 +36,11 @@ std::vector<T> poisoned(T *dst, int n) {
     return std::vector<T>(dst, dst + n);
 }
 
-// The library's function behind the spy, called; the call is written down.
-template <class... Params, class... Args>
-KelStatus handOn(KelStatus (*)(Params...), SpiedCall const &call, Args... args) {
-    auto function = reinterpret_cast<KelStatus (*)(Params...)>(dlsym(RTLD_NEXT, call.function.c_str()));
+// The call is written down and handed on to the library.
+template <class Function, class... Args>
+KelStatus handOn(Function *function, SpiedCall const &call, Args... args) {
     g_spied.push_back(call);
-    KelStatus status = function ? function(args...) : kelStsNotSupportedErr;
+    KelStatus status = callLibrary(function, call.function.c_str(), args...);
     EXPECT_EQ(status, kelStsNoErr) << call.function;
     return status;
 }

@@ -6,6 +6,27 @@ endif()
 rakova_test(measure_test suites/measure_test.cpp LIBS rakova_primitives)
 target_include_directories(measure_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvc/src)
 rakova_test(cperftest_test suites/cperftest_test.cpp LIBS rakova_suites)
-rakova_test(blockdiff_test suites/blockdiff_test.cpp LIBS rakova_suites ${CMAKE_DL_LIBS})
-target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
 rakova_test(registration_test suites/registration_test.cpp LIBS rakova_suites)
+target_compile_definitions(registration_test PRIVATE SUITE_TESTS="${CMAKE_CURRENT_SOURCE_DIR}/suites")
+
+# ---- the checks that hold for all suites ------------------------------------------------
+
+add_library(suitetest STATIC suites/suitetest.cpp suites/spy.cpp)
+target_link_libraries(suitetest PUBLIC rakova_primitives GTest::gtest ${CMAKE_DL_LIBS})
+# Objects, not an archive: nothing refers to the checks that every registration runs through.
+add_library(suitechecks OBJECT suites/suitechecks.cpp)
+target_link_libraries(suitechecks PUBLIC suitetest)
+rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
+
+foreach(suite
+        blockdiff
+        timvcsad)
+    rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
+endforeach()
+target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
+
+# ---- the program with all suites ----------------------------------------------------------
+
+rakova_test(wholeprogram_test suites/wholeprogram_test.cpp LIBS rakova_suites)
+target_compile_definitions(wholeprogram_test PRIVATE RAKOVA="$<TARGET_FILE:rakova>")
+add_dependencies(wholeprogram_test rakova)

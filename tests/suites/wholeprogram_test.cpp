@@ -1,0 +1,43 @@
+// wholeprogram_test.cpp - the program runs all of its suites.
+
+#include "../cli/program.h"
+#include "kmvc.h"
+
+namespace {
+
+class Suites : public Program {
+protected:
+    // Class and function of every row of the summary; all have passed.
+    Lines summary() const {
+        Lines tests, names;
+        for (std::string const &line : file("rakova_sum.csv")) {
+            Lines cells = cellsIn(line);
+            if (line == "END_DATA") return tests;
+            if (line.rfind("Function,", 0) == 0) {
+                names = cells;
+            } else if (!names.empty() && cells.size() == names.size()) {
+                auto cell = [&](char const *title) {
+                    return cells[std::find(names.begin(), names.end(), title) - names.begin()];
+                };
+                EXPECT_EQ(cell("Result"), "OK") << line;
+                tests.push_back(cell("Test") + " " + cell("Function"));
+            }
+        }
+        ADD_FAILURE() << "the summary has no end";
+        return tests;
+    }
+};
+
+} // namespace
+
+TEST_F(Suites, WholeProgramRunsOnce) {
+    Outcome outcome = run("-B -dMethod=Manual -dNumLoops=1 -u -l" + m_dir);
+    ASSERT_EQ(outcome.status, 0) << outcome.text();
+    Lines expected = {"__rkTarvoCpuTest __rkTarvoCpu"}, tests = summary();
+    for (rkTest *test : *pTestList)
+        expected.push_back(std::string(test->m_info.m_name.c_str()) + " " + test->m_name.c_str());
+    std::sort(expected.begin(), expected.end());
+    std::sort(tests.begin(), tests.end());
+    EXPECT_EQ(tests, expected);
+    EXPECT_EQ(linesWith(file("rakova_sum.csv"), ".Failures       ,0").size(), 1u);
+}
