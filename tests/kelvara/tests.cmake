@@ -12,6 +12,10 @@ rakova_test(kelvara_satd_test kelvara/satd_test.cpp LIBS kelvc)
 rakova_test(kelvara_sadn_test kelvara/sadn_test.cpp LIBS kelvc)
 rakova_test(kelvara_sumsdiff_test kelvara/sumsdiff_test.cpp LIBS kelvc)
 rakova_test(kelvara_edges_test kelvara/edges_test.cpp LIBS kelvc)
+rakova_test(kelvara_quantise_test kelvara/quantise_test.cpp LIBS kelvc)
+rakova_test(kelvara_idct_test kelvara/idct_test.cpp LIBS kelvc)
+rakova_test(kelvara_dct248_test kelvara/dct248_test.cpp LIBS kelvc)
+rakova_test(kelvara_vlctable_test kelvara/vlctable_test.cpp LIBS kelvc)
 
 # ---- exports and headers --------------------------------------------------------
 
@@ -23,7 +27,7 @@ target_compile_definitions(kelvara_exports_test PRIVATE
     KELVARA_LIB_KELCORE="$<TARGET_FILE:kelcore>" KELVARA_LIB_KELS="$<TARGET_FILE:kels>"
     KELVARA_LIB_KELI="$<TARGET_FILE:keli>" KELVARA_LIB_KELVC="$<TARGET_FILE:kelvc>")
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_motion)
+foreach(header keltypes kelcore kels keli kelvc kelvc_coeffs kelvc_motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
