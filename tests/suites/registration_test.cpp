@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <set>
 #include <string>
 
@@ -47,6 +48,19 @@ TEST(Suites, EveryFileRegistersTheVersionOfTheLibrary) {
     KelLibraryVersion const *version = kmGetKelVersion_kelvc();
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version, kelvcGetLibVersion());
+}
+
+TEST(Suites, EveryFileOfASuiteHasItsTest) {
+    std::string tests;
+    for (auto const &entry : std::filesystem::directory_iterator(SUITE_TESTS))
+        tests += fileText(entry.path().c_str());
+    std::set<std::string> files;
+    for (rkTest *test : *pTestList) files.insert(str(test->m_file));
+    ASSERT_GE(files.size(), 5u);
+    for (std::string const &file : files) {
+        const bool listed = tests.find(", \"" + file + "\", ") != std::string::npos;
+        EXPECT_TRUE(listed) << "no SUITE_TEST in " SUITE_TESTS " for " << file;
+    }
 }
 
 TEST(Suites, TheHookBindsTheSevenFunctionsOfTheCore) {
