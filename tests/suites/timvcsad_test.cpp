@@ -133,7 +133,6 @@ TEST_F(TimvcSad, FrameAndFieldSumsHavePlacesOfTheirOwn) {
     }
 }
 
-// 16 sums leave the surroundings alone in a sanitizer build.
 TEST_F(TimvcSad, SumsOfAllBlocksAndSingleOnesGoToDifferentPlaces) {
     void const *many = nullptr, *one = nullptr;
     for (Expected const &expected : differences) {
