@@ -27,7 +27,7 @@ target_compile_definitions(kelvara_exports_test PRIVATE
     KELVARA_LIB_KELCORE="$<TARGET_FILE:kelcore>" KELVARA_LIB_KELS="$<TARGET_FILE:kels>"
     KELVARA_LIB_KELI="$<TARGET_FILE:keli>" KELVARA_LIB_KELVC="$<TARGET_FILE:kelvc>")
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_coeffs kelvc_motion)
+foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
