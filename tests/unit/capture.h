@@ -10,19 +10,23 @@
 #include "rkcstream.h"
 #include "rkstream.h"
 
-// A temporary file as an o_stream; text() is all that has been written to it.
+// A temporary file as an o_stream, read from its start; text() is all that it holds, and what is written
+// later goes behind it.
 class CaptureFile {
 public:
-    CaptureFile() : m_stream(tmpfile()) {}
+    explicit CaptureFile(std::string const &content = "") : m_stream(tmpfile()) {
+        fputs(content.c_str(), m_stream.m_file);
+        rewind(m_stream.m_file);
+    }
+    CaptureFile(CaptureFile const &) = delete;
+    CaptureFile &operator=(CaptureFile const &) = delete;
 
     std::string text() {
         fflush(m_stream.m_file);
-        std::string all;
-        char buffer[4096];
-        long end = ftell(m_stream.m_file);
         rewind(m_stream.m_file);
-        for (size_t n; (n = fread(buffer, 1, sizeof buffer, m_stream.m_file)) > 0;) all.append(buffer, n);
-        fseek(m_stream.m_file, end, SEEK_SET);
+        std::string all;
+        for (int c; (c = getc(m_stream.m_file)) != EOF;) all += static_cast<char>(c);
+        fseek(m_stream.m_file, 0, SEEK_END);
         return all;
     }
 
@@ -35,12 +39,10 @@ class Capture : public CaptureFile {
 public:
     explicit Capture(Stream &stream) : m_target(stream) { stream.push_back(&m_stream); }
     ~Capture() {
-        for (auto i = m_target.begin(); i != m_target.end();) {
-            if (*i == &m_stream) {
-                i = m_target.erase(i);
-            } else {
-                ++i;
-            }
+        for (auto i = m_target.begin(); i != m_target.end(); ++i) {
+            if (*i != &m_stream) continue;
+            m_target.erase(i);
+            break;
         }
     }
 
@@ -48,10 +50,16 @@ private:
     Stream &m_target;
 };
 
-// The console log at a given output level.
+// The console log at a given output level, for its time; 7 is the level of a run with results.
 class CaptureLog : public Capture<rkOStream> {
 public:
-    explicit CaptureLog(OutputLevel level) : Capture(g_ostrm) { g_ostrm.setOutLevel(level); }
+    explicit CaptureLog(OutputLevel level = 7) : Capture(g_ostrm), m_oldLevel(g_ostrm.outLevel()) {
+        g_ostrm.setOutLevel(level);
+    }
+    ~CaptureLog() { g_ostrm.setOutLevel(m_oldLevel); }
+
+private:
+    OutputLevel m_oldLevel;
 };
 
 // The table of results.

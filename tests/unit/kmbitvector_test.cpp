@@ -8,12 +8,9 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 class KmBitVectorTest : public testing::Test {
 protected:

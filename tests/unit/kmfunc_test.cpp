@@ -8,11 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include "text.h"
 
-std::string str(rkString const &text) {
-    return text.c_str();
-}
+namespace {
 
 struct Parts {
     rkString base, t1, t2, t3, descr;

@@ -12,12 +12,9 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 std::vector<void *> views(kmVector const &v) {
     return {v.p8u,   v.p16u,  v.p32u,  v.p64u,  v.p8s,  v.p16s, v.p32s,  v.p64s, v.p8sc,

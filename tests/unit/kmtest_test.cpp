@@ -12,12 +12,9 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 rkResult noLoop(int, long long *) {
     return rkResSuccess;

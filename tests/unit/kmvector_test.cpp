@@ -12,15 +12,12 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "text.h"
 
 namespace {
 
 const kmType allTypes[] = {8,   16,   32,   64,   264,  272,  288,  320, 544,
                            576, 1040, 1288, 1296, 1312, 1344, 1568, 1600};
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 // All 17 views in their order.
 std::vector<void *> views(kmVector const &v) {

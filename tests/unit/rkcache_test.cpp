@@ -8,12 +8,9 @@
 #include "rkcpu.h"
 #include "rkmemory.h"
 #include "rkstepiterator.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 struct SizedObject : rkObject {
     int objectSize() const override { return m_size; }
@@ -187,12 +184,12 @@ TEST_F(RkCacheIterator, EmptyFamilyHasNoState) {
 }
 
 TEST_F(RkCacheIterator, LooksLikeTheWrappedParameter) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("len", "64;128");
     EXPECT_EQ(&g_istrm, &m_cache.fromIStream(g_istrm));
     m_len.firstValue();
     m_cache.toOStream(g_ostrm);
-    EXPECT_EQ(" len = 64; 128\nlen=64 ", printed.text());
+    EXPECT_EQ(" len = 64; 128\nlen=64 ", log.text());
     EXPECT_EQ("64", str(m_cache.valueString()));
     EXPECT_EQ("64; 128", str(m_cache.defaultString()));
     EXPECT_EQ("len = 64; 128", str(m_cache.description()));
@@ -210,7 +207,7 @@ TEST_F(RkCacheIterator, KeepsANameOfItsOwn) {
 }
 
 TEST_F(RkCacheIterator, AsksTheQuestionOfASteppedFamily) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("4;8;+4\n");
     g_istrm.setIStream(&c_in);
     rkStepIterator<int> len;
@@ -218,13 +215,13 @@ TEST_F(RkCacheIterator, AsksTheQuestionOfASteppedFamily) {
     rkCacheIteratorInt cache(len, nullptr, nullptr);
     cache.fromIStream(g_istrm);
     EXPECT_EQ("\n for len [1; 2; +1] = ", console.questions());
-    EXPECT_EQ(" for (len = 4; len <= 8; len += 4)\n", printed.text());
+    EXPECT_EQ(" for (len = 4; len <= 8; len += 4)\n", log.text());
 }
 
 // ---- the check ----------------------------------------------------------------
 
 TEST_F(RkCacheIterator, SizesOnTheBoundsFit) {
-    Printed printed;
+    CaptureLog log;
     m_cache.m_tries = 5;
     m_cache.m_info = "earlier tries";
     EXPECT_TRUE(fits(104857, 943718));
@@ -232,49 +229,49 @@ TEST_F(RkCacheIterator, SizesOnTheBoundsFit) {
     EXPECT_EQ("", str(m_cache.m_info));
     EXPECT_EQ(104857, m_cache.m_objectSize);
     EXPECT_EQ(943718, m_cache.m_totalSize);
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
 }
 
 TEST_F(RkCacheIterator, TooSmallInCache) {
-    Printed printed;
+    CaptureLog log;
     EXPECT_FALSE(fits(104856, 500000));
-    EXPECT_EQ("      inCache try: cacheParm=16 objectSize=104856 < 104857\n", printed.text());
-    EXPECT_EQ(printed.text(), str(m_cache.m_info));
+    EXPECT_EQ("      inCache try: cacheParm=16 objectSize=104856 < 104857\n", log.text());
+    EXPECT_EQ(log.text(), str(m_cache.m_info));
     EXPECT_FALSE(m_cache.m_wasTooBig);
     EXPECT_EQ(0, m_cache.m_tries);
     EXPECT_EQ(0.1, m_cache.m_factor);
 }
 
 TEST_F(RkCacheIterator, TooBigForTheCache) {
-    Printed printed;
+    CaptureLog log;
     EXPECT_FALSE(fits(200000, 943719));
-    EXPECT_EQ("      inCache try: cacheParm=16 totalSize=943719 > 943718\n", printed.text());
+    EXPECT_EQ("      inCache try: cacheParm=16 totalSize=943719 > 943718\n", log.text());
     EXPECT_TRUE(m_cache.m_wasTooBig);
 }
 
 TEST_F(RkCacheIterator, TooSmallOutOfCache) {
-    Printed printed;
+    CaptureLog log;
     m_cache.nextValue();
     EXPECT_FALSE(fits(1101003, 9999999));
-    EXPECT_EQ("      outofCache try: cacheParm=16 objectSize=1101003 < 1101004\n", printed.text());
+    EXPECT_EQ("      outofCache try: cacheParm=16 objectSize=1101003 < 1101004\n", log.text());
     EXPECT_TRUE(fits(1101004, INT_MAX));
 }
 
 TEST_F(RkCacheIterator, WithoutAnObjectTheTotalCounts) {
-    Printed printed;
+    CaptureLog log;
     rkCacheIteratorInt whole(m_len, nullptr, nullptr);
     whole.firstValue();
     setBlocks({100});
     EXPECT_FALSE(whole.validateSize());
-    EXPECT_EQ("      inCache try: cacheParm=16 totalSize=100 < 104857\n", printed.text());
+    EXPECT_EQ("      inCache try: cacheParm=16 totalSize=100 < 104857\n", log.text());
     setBlocks({104857});
     EXPECT_TRUE(whole.validateSize());
 }
 
 TEST_F(RkCacheIterator, ObjectWithoutDataGivesWayToTheTotal) {
-    Printed printed;
+    CaptureLog log;
     EXPECT_FALSE(fits(0, 100));
-    EXPECT_EQ("      inCache try: cacheParm=16 objectSize=100 < 104857\n", printed.text());
+    EXPECT_EQ("      inCache try: cacheParm=16 objectSize=100 < 104857\n", log.text());
     EXPECT_EQ(100, m_cache.m_objectSize);
 }
 
@@ -289,18 +286,18 @@ TEST_F(RkCacheIterator, TextsOfAllTriesAreKept) {
 }
 
 TEST_F(RkCacheIterator, TriesAreSeenFromTheLevelOfResultsOn) {
-    Printed printed(MsgError | MsgWarning);
+    CaptureLog log(MsgError | MsgWarning);
     EXPECT_FALSE(fits(10, 10));
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
 }
 
 TEST_F(RkCacheIterator, TooSmallAndTooBigLowersTheBoundOnce) {
-    Printed printed;
+    CaptureLog log;
     EXPECT_FALSE(fits(10, 1000000));
     EXPECT_EQ(
         "      inCache try: cacheParm=16 objectSize=10 < 104857\n"
         "      inCache try: cacheParm=16 totalSize=1000000 > 943718\n",
-        printed.text());
+        log.text());
     EXPECT_EQ(0.01, m_cache.m_factor);
     EXPECT_EQ(10485, m_cache.lowSize());
     EXPECT_EQ(0, m_cache.m_tries);
@@ -328,7 +325,7 @@ TEST_F(RkCacheIterator, LoweredBoundIsEnoughForTheObject) {
 }
 
 TEST_F(RkCacheIterator, SwingIsAnsweredByTheLowerBound) {
-    Printed printed;
+    CaptureLog log;
     m_cache.m_tries = 1;
     EXPECT_FALSE(fits(200000, 1000000));
     m_cache.m_tries = 2;
@@ -336,14 +333,14 @@ TEST_F(RkCacheIterator, SwingIsAnsweredByTheLowerBound) {
     EXPECT_EQ(
         "      inCache try: cacheParm=16 totalSize=1000000 > 943718\n"
         "      inCache try: cacheParm=16 objectSize=50000 < 104857\n",
-        printed.text());
+        log.text());
     EXPECT_EQ(0.01, m_cache.m_factor);
     EXPECT_EQ(0, m_cache.m_tries);
     EXPECT_EQ("", str(m_cache.m_info));
 }
 
 TEST_F(RkCacheIterator, SwingBelowTheLowerBoundIsGivenUp) {
-    Printed printed;
+    CaptureLog log;
     m_cache.m_tries = 1;
     EXPECT_FALSE(fits(200000, 1000000));
     m_cache.m_tries = 2;
@@ -352,7 +349,7 @@ TEST_F(RkCacheIterator, SwingBelowTheLowerBoundIsGivenUp) {
         "      inCache try: cacheParm=16 totalSize=1000000 > 943718\n"
         "      inCache try: cacheParm=16 objectSize=5000 < 104857\n"
         "      inCache try: cacheParm=16 objectSize=5000 < 10485\n",
-        printed.text());
+        log.text());
     EXPECT_EQ(12, m_cache.m_tries);
     EXPECT_FALSE(m_cache.m_wasTooBig);
 }
@@ -384,13 +381,13 @@ TEST_F(RkCacheIterator, BigAfterBigIsNoSwing) {
 TEST_F(RkCacheIterator, InfoIsToldWhereTheTriesWereNotSeen) {
     m_cache.m_info = "      the tries\n";
     {
-        Printed printed(MsgError | MsgWarning);
+        CaptureLog log(MsgError | MsgWarning);
         m_cache.outputInfo();
-        EXPECT_EQ("      the tries\n", printed.text());
+        EXPECT_EQ("      the tries\n", log.text());
     }
-    Printed printed(MsgError | MsgWarning | MsgResult);
+    CaptureLog log(MsgError | MsgWarning | MsgResult);
     m_cache.outputInfo();
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
     EXPECT_EQ(MsgResult, g_ostrm.msgLevel());
 }
 

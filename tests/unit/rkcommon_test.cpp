@@ -1,8 +1,6 @@
 // rkcommon_test.cpp - tests of rkcommon.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 #include "consolescript.h"
 #include "rkcommon.h"
@@ -11,14 +9,11 @@
 #include "rkregister.h"
 #include "rksession.h"
 #include "rktool.h"
+#include "tempdir.h"
 
 namespace {
 
 enum Ask { AskTiming = 1, AskParams = 2, AskMisalign = 4 };
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 std::string bar() {
     return " " + std::string(78, '*') + "\n";
@@ -68,21 +63,9 @@ protected:
         readAccuracy(rkTool::Auto);
         return g_tool.m_accuracy;
     }
-    Printed m_printed;
+    TempDir m_dir;
+    CaptureLog m_log;
     rkSession m_session;
-};
-
-// An ini file that is gone after the test.
-class IniFile {
-public:
-    explicit IniFile(std::string const &text) {
-        int handle = mkstemp(m_name);
-        FILE *file = fdopen(handle, "w");
-        fputs(text.c_str(), file);
-        fclose(file);
-    }
-    ~IniFile() { unlink(m_name); }
-    char m_name[32] = "/tmp/rkcommon_XXXXXX";
 };
 
 void presetManual(rkTool &tool) {
@@ -107,8 +90,7 @@ void presetIterative(rkTool &tool) {
 
 TEST_F(RkCommon, BatchTakesTheDefaultsWithoutQuestionOrTitle) {
     EXPECT_EQ("", answer(0, "never read\n"));
-    EXPECT_EQ(" Method = Auto\n Accuracy = 5\n AlignVectorsBy = element\n VectorAlign = 0\n",
-              m_printed.text());
+    EXPECT_EQ(" Method = Auto\n Accuracy = 5\n AlignVectorsBy = element\n VectorAlign = 0\n", m_log.text());
     EXPECT_TRUE(g_tool.getMethodAuto());
     EXPECT_DOUBLE_EQ(0.05, g_tool.m_accuracy);
     EXPECT_FALSE(rkGetAlignByByte());
@@ -130,7 +112,7 @@ TEST_F(RkCommon, AbbreviatedMethodFromData) {
     g_istrm.m_data.set("Method=man");
     g_istrm.m_data.set("NumLoops=33");
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Manual\n NumLoops = 33\n", m_printed.text());
+    EXPECT_EQ(" Method = Manual\n NumLoops = 33\n", m_log.text());
     int loops = 0;
     EXPECT_TRUE(g_tool.getMethodLoop(loops));
     EXPECT_EQ(33, loops);
@@ -140,14 +122,14 @@ TEST_F(RkCommon, AbbreviatedMethodFromData) {
 TEST_F(RkCommon, UnknownMethodLeavesAuto) {
     g_istrm.m_data.set("Method=x");
     m_session.readTimingMethod();
-    EXPECT_EQ("-Invalid value of Method = x\n Method = Auto\n Accuracy = 5\n", m_printed.text());
+    EXPECT_EQ("-Invalid value of Method = x\n Method = Auto\n Accuracy = 5\n", m_log.text());
     EXPECT_TRUE(g_tool.getMethodAuto());
 }
 
 TEST_F(RkCommon, StatisticHasShortDefaults) {
     g_istrm.m_data.set("Method=Stat");
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Statistic\n NumCalls = 3\n TotalCpuClocks = 10000\n", m_printed.text());
+    EXPECT_EQ(" Method = Statistic\n NumCalls = 3\n TotalCpuClocks = 10000\n", m_log.text());
     int calls = 0;
     long long clocks = 0;
     EXPECT_TRUE(g_tool.getMethodStat(calls, clocks));
@@ -159,8 +141,7 @@ TEST_F(RkCommon, StatisticHasShortDefaults) {
 TEST_F(RkCommon, IterativeTakesTheBoundsOfAuto) {
     g_istrm.m_data.set("Method=ITER");
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Iterative\n StartNumLoops = 1\n StopNumLoops = 2048\n Accuracy = 5\n",
-              m_printed.text());
+    EXPECT_EQ(" Method = Iterative\n StartNumLoops = 1\n StopNumLoops = 2048\n Accuracy = 5\n", m_log.text());
     int first = 0, max = 0;
     long long clocks = 0;
     EXPECT_TRUE(g_tool.getMethodBest(first, max, clocks));
@@ -179,21 +160,22 @@ TEST_F(RkCommon, ManualHasTenLoops) {
 }
 
 TEST_F(RkCommon, IniFileGivesWhatDataDoNot) {
-    IniFile ini("[Rakova]\nMethod=Manual\nNumLoops=50\nVectorAlign=8\nMisalignFirstVectorOnly=yes\n");
-    ASSERT_TRUE(g_istrm.setIniFile(ini.m_name, false));
+    ASSERT_TRUE(g_istrm.setIniFile(
+        m_dir.write("f.ini",
+                    "[Rakova]\nMethod=Manual\nNumLoops=50\nVectorAlign=8\nMisalignFirstVectorOnly=yes\n"),
+        false));
     g_istrm.m_data.set("NumLoops=60");
     EXPECT_EQ("", answer(0, ""));
     EXPECT_EQ(
         " Method = Manual\n NumLoops = 60\n AlignVectorsBy = element\n VectorAlign = 8\n"
         " MisalignFirstVectorOnly = yes\n",
-        m_printed.text());
+        m_log.text());
     EXPECT_EQ(60, g_tool.m_numLoops);
     EXPECT_EQ(8, rkGetVectorAlign());
 }
 
 TEST_F(RkCommon, DataAndIniAreNotAskedAtTheConsole) {
-    IniFile ini("[Rakova]\nMethod=Statistic\n");
-    ASSERT_TRUE(g_istrm.setIniFile(ini.m_name, false));
+    ASSERT_TRUE(g_istrm.setIniFile(m_dir.write("f.ini", "[Rakova]\nMethod=Statistic\n"), false));
     g_istrm.m_data.set("NumCalls=7");
     EXPECT_EQ("\n TotalCpuClocks [10000] = ", answer(AskTiming, "123\n"));
     EXPECT_EQ(7, g_tool.m_minCalls);
@@ -205,14 +187,14 @@ TEST_F(RkCommon, DataAndIniAreNotAskedAtTheConsole) {
 TEST_F(RkCommon, PresetManualIsTheDefaultOfItsQuestions) {
     rkRegTimingMethod(presetManual);
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Manual\n NumLoops = 77\n", m_printed.text());
+    EXPECT_EQ(" Method = Manual\n NumLoops = 77\n", m_log.text());
     EXPECT_EQ(77, g_tool.m_numLoops);
 }
 
 TEST_F(RkCommon, PresetStatisticIsTheDefaultOfItsQuestions) {
     rkRegTimingMethod(presetStatistic);
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Statistic\n NumCalls = 44\n TotalCpuClocks = 5555\n", m_printed.text());
+    EXPECT_EQ(" Method = Statistic\n NumCalls = 44\n TotalCpuClocks = 5555\n", m_log.text());
     EXPECT_EQ(44, g_tool.m_minCalls);
     EXPECT_EQ(5555, g_tool.m_maxClocks);
 }
@@ -226,8 +208,7 @@ TEST_F(RkCommon, PresetClocksAreCutToWhatTheParameterHolds) {
 TEST_F(RkCommon, PresetIterativeKeepsItsClocks) {
     rkRegTimingMethod(presetIterative);
     m_session.readTimingMethod();
-    EXPECT_EQ(" Method = Iterative\n StartNumLoops = 4\n StopNumLoops = 64\n Accuracy = 5\n",
-              m_printed.text());
+    EXPECT_EQ(" Method = Iterative\n StartNumLoops = 4\n StopNumLoops = 64\n Accuracy = 5\n", m_log.text());
     EXPECT_EQ(4, g_tool.m_firstLoops);
     EXPECT_EQ(64, g_tool.m_maxLoops);
     EXPECT_EQ(999, g_tool.m_minClocks);
@@ -267,7 +248,7 @@ TEST_F(RkCommon, AccuracyIsReadForSearchingMethodsAlone) {
         readAccuracy(method);
         EXPECT_EQ(-1, g_tool.m_accuracy);
     }
-    EXPECT_EQ("", m_printed.text());
+    EXPECT_EQ("", m_log.text());
     readAccuracy(rkTool::Iterative);
     EXPECT_EQ(0.05, g_tool.m_accuracy);
 }
@@ -279,7 +260,7 @@ TEST_F(RkCommon, AsksForTheTimingMethod) {
               answer(AskTiming, "\n9\n"));
     EXPECT_EQ(timingTitle() + " Method = Auto\n Accuracy = 9\n AlignVectorsBy = element\n VectorAlign = 0\n" +
                   endTitle(),
-              m_printed.text());
+              m_log.text());
     EXPECT_DOUBLE_EQ(0.09, g_tool.m_accuracy);
 }
 
@@ -313,7 +294,7 @@ TEST_F(RkCommon, AsksForTheMisalignment) {
         answer(AskMisalign, "by\n70\ny\n"));
     EXPECT_EQ(" Method = Auto\n Accuracy = 5\n" + misalignTitle() +
                   " AlignVectorsBy = byte\n VectorAlign = 6\n MisalignFirstVectorOnly = yes\n" + endTitle(),
-              m_printed.text());
+              m_log.text());
     EXPECT_TRUE(rkGetAlignByByte());
     EXPECT_EQ(6, rkGetVectorAlign());
     EXPECT_TRUE(rkGetAlignSrc());
@@ -361,7 +342,7 @@ TEST_F(RkCommon, BadMisalignmentIsReported) {
     g_istrm.m_data.set("VectorAlign=x");
     m_session.readDataOffset();
     EXPECT_EQ(" AlignVectorsBy = element\n-Invalid value of VectorAlign = x\n VectorAlign = 0\n",
-              m_printed.text());
+              m_log.text());
     EXPECT_EQ(0, rkGetVectorAlign());
 }
 
@@ -376,7 +357,7 @@ TEST_F(RkCommon, CommonParametersAreAskedOnceInTheirOrder) {
     EXPECT_EQ("\n Size of block [16] = \n step [1] = ", answer(AskParams, "8\n2;3\n"));
     EXPECT_EQ(" Method = Auto\n Accuracy = 5\n" + paramsTitle() +
                   " size = 8\n step = 2; 3\n AlignVectorsBy = element\n VectorAlign = 0\n" + endTitle(),
-              m_printed.text());
+              m_log.text());
     EXPECT_FALSE(size.m_readable);
     EXPECT_FALSE(step.m_readable);
 
@@ -394,15 +375,14 @@ TEST_F(RkCommon, CommonParametersComeFromDataWithoutAConsole) {
     g_istrm.setIStream(&c_in);
     EXPECT_FALSE(m_session.readTestParameters());
     EXPECT_FALSE(g_istrm.hasConsole());
-    EXPECT_EQ(" size = 24\n", m_printed.text());
+    EXPECT_EQ(" size = 24\n", m_log.text());
     EXPECT_EQ(24, size.value());
     EXPECT_FALSE(size.m_readable);
 }
 
 TEST_F(RkCommon, WithoutCommonParametersThereIsNoTitleForThem) {
     EXPECT_EQ("", answer(AskParams, ""));
-    EXPECT_EQ(" Method = Auto\n Accuracy = 5\n AlignVectorsBy = element\n VectorAlign = 0\n",
-              m_printed.text());
+    EXPECT_EQ(" Method = Auto\n Accuracy = 5\n AlignVectorsBy = element\n VectorAlign = 0\n", m_log.text());
 }
 
 TEST_F(RkCommon, EmptyListOfCommonParametersIsNotAsked) {
@@ -411,7 +391,7 @@ TEST_F(RkCommon, EmptyListOfCommonParametersIsNotAsked) {
     g_pParmList->clear();
     m_session.addAskMode(AskParams);
     EXPECT_FALSE(m_session.readTestParameters());
-    EXPECT_EQ("", m_printed.text());
+    EXPECT_EQ("", m_log.text());
 }
 
 TEST_F(RkCommon, EveryGroupTellsWhetherItAsked) {
@@ -428,7 +408,7 @@ TEST_F(RkCommon, AllGroupsAreClosedByOneEnd) {
     answer(AskTiming | AskMisalign, "\n\n\n\n");
     EXPECT_EQ(timingTitle() + " Method = Auto\n Accuracy = 5\n" + misalignTitle() +
                   " AlignVectorsBy = element\n VectorAlign = 0\n" + endTitle(),
-              m_printed.text());
+              m_log.text());
 }
 
 TEST_F(RkCommon, EndOfTheInputTakesTheDefaults) {

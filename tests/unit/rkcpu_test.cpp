@@ -16,13 +16,10 @@
 #include "rkregister.h"
 #include "rkticker.h"
 #include "scriptedcpu.h"
+#include "text.h"
 
 extern int ownStatus; // the stored answer of rk_kelGetMaxCacheSizeB
 extern int cacheSize;
-
-static std::string str(rkString const &s) {
-    return s.c_str();
-}
 
 // ---- feature flags ------------------------------------------------------------
 

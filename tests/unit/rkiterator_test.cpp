@@ -4,12 +4,9 @@
 
 #include "consolescript.h"
 #include "rkiterator.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 // The values of a walk, each followed by a blank.
 template <class Parm>
@@ -173,40 +170,40 @@ TEST(RkIterator, FormWithoutTextsReadsZeros) {
 }
 
 TEST(RkIterator, EmptyAnswerAtTheConsoleKeepsTheFamily) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("\n");
     g_istrm.setIStream(&c_in);
     IntFamily parm{8, 16};
     parm.fromIStream(g_istrm);
     EXPECT_EQ("\n Size of block [8; 16] = ", console.questions());
-    EXPECT_EQ(" size = 8; 16\n", printed.text());
+    EXPECT_EQ(" size = 8; 16\n", log.text());
     EXPECT_EQ("8 16 ", walk(parm));
 }
 
 TEST(RkIterator, EmptyFamilyFromDataIsReportedWithoutItsText) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("size", ";");
     IntFamily parm{8, 16};
     parm.fromIStream(g_istrm);
-    EXPECT_EQ("-\n size = 8; 16\n", printed.text());
+    EXPECT_EQ("-\n size = 8; 16\n", log.text());
 }
 
 TEST(RkIterator, TypedMistakeComesBackAsAMessage) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("3;q\n");
     g_istrm.setIStream(&c_in);
     IntFamily parm{8, 16};
     parm.fromIStream(g_istrm);
-    EXPECT_EQ("-Invalid value of size = q\n size = 8; 16\n", printed.text());
+    EXPECT_EQ("-Invalid value of size = q\n size = 8; 16\n", log.text());
 }
 
 TEST(RkDummyIterator, IsOnePassThatNobodySees) {
-    Printed printed;
+    CaptureLog log;
     rkDummyIterator parm(1, "");
     EXPECT_TRUE(parm.firstValue());
     EXPECT_EQ(1, parm.value());
     EXPECT_FALSE(parm.nextValue());
     parm.fromIStream(g_istrm);
     parm.toOStream(g_ostrm);
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
 }

@@ -5,12 +5,9 @@
 #include "consolescript.h"
 #include "rkmapdefault.h"
 #include "rkmapiterator.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 template <class Parm>
 std::string walk(Parm &parm) {
@@ -241,18 +238,18 @@ TEST(RkMapIterator, InitForgetsTheNamesOfAnotherTest) {
 }
 
 TEST(RkMapIterator, BadNameKeepsTheFamily) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("mode", "fast;quick");
     rkMapIterator<int> map;
     nameModes(map);
     map.add(5);
     map.fromIStream(g_istrm);
-    EXPECT_EQ("-Invalid value of mode = quick\n mode = full\n", printed.text());
+    EXPECT_EQ("-Invalid value of mode = quick\n mode = full\n", log.text());
     EXPECT_EQ("5 ", walk(map));
 }
 
 TEST(RkMapIterator, AsksForNames) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("fu; fa\n");
     g_istrm.setIStream(&c_in);
     rkMapIterator<int> map;
@@ -260,7 +257,7 @@ TEST(RkMapIterator, AsksForNames) {
     map.add(3);
     map.fromIStream(g_istrm);
     EXPECT_EQ("\n Mode of search {fast|full} [fast] = ", console.questions());
-    EXPECT_EQ(" mode = full; fast\n", printed.text());
+    EXPECT_EQ(" mode = full; fast\n", log.text());
 }
 
 TEST(RkMapIterator, SmallTypesToo) {

@@ -88,7 +88,7 @@ protected:
         rkRegKelEnvironment(FakeCore::bind);
         setKelEnvironment();
         pSession->initSession();
-        rkSession::m_exePath = rkString((m_dir + "/prog").c_str());
+        rkSession::m_exePath = m_dir / "prog";
         rkSession::setInDir("in");
         rkSession::setOutDir("out");
         rkSession::setDefName("");

@@ -5,6 +5,7 @@
 
 #include "consolescript.h"
 #include "rkdefault.h"
+#include "text.h"
 
 // Of the leak checker, where there is one.
 extern "C" __attribute__((weak)) void __lsan_disable();
@@ -22,10 +23,6 @@ public:
         if (__lsan_enable) __lsan_enable();
     }
 };
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 // The text of the exception that a statement throws, or "none".
 template <class Step>
@@ -137,20 +134,20 @@ TEST(RkParameter, FirstValueCutsAWalkShort) {
 // ---- printing -----------------------------------------------------------------
 
 TEST(RkParameter, PrintsNameAndValue) {
-    Printed printed;
+    CaptureLog log;
     rkDefault<int>(16, "size").toOStream(g_ostrm);
     rkDefault<int>(2, "step").toOStream(g_ostrm);
-    EXPECT_EQ("size=16 step=2 ", printed.text());
+    EXPECT_EQ("size=16 step=2 ", log.text());
 }
 
 TEST(RkParameter, EmptyNamePrintsNothingAndWritesAnEmptyCell) {
-    Printed printed;
+    CaptureLog log;
     rkCStream table;
     rkDefault<int> parm(16, "");
     parm.toOStream(g_ostrm);
     parm.toCStream(table);
     parm.nameToCStream(table);
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
     EXPECT_EQ(2, table.m_colmCount);
     EXPECT_EQ("", cell(table, 0));
     EXPECT_EQ("", cell(table, 1));
@@ -420,57 +417,57 @@ TEST(KeliSize, ParameterOfASize) {
 // ---- reading ------------------------------------------------------------------
 
 TEST(RkParameter, ReadsFromData) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("size", "24");
     rkDefault<int> parm(16, "size");
     EXPECT_EQ(&g_istrm, &parm.fromIStream(g_istrm));
     EXPECT_EQ(24, parm.value());
-    EXPECT_EQ(" size = 24\n", printed.text());
+    EXPECT_EQ(" size = 24\n", log.text());
 }
 
 TEST(RkParameter, TakesTheDefaultWithoutAnySource) {
-    Printed printed;
+    CaptureLog log;
     rkDefault<int> parm(16, "size");
     parm.fromIStream(g_istrm);
     EXPECT_EQ(16, parm.value());
     EXPECT_EQ(rkIStream::FromDefault, g_istrm.m_source);
-    EXPECT_EQ(" size = 16\n", printed.text());
+    EXPECT_EQ(" size = 16\n", log.text());
 }
 
 TEST(RkParameter, BadTextIsReportedAndTheValueStays) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("size", "abc");
     rkDefault<int> parm(16, "size");
     parm.fromIStream(g_istrm);
     EXPECT_EQ(16, parm.value());
-    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", printed.text());
+    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", log.text());
 }
 
 TEST(RkParameter, TypedJunkIsReportedAndNotAskedAgain) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("abc\n24\n");
     g_istrm.setIStream(&c_in);
     rkDefault<int> parm(16, "size");
     parm.fromIStream(g_istrm);
     EXPECT_EQ(16, parm.value());
     EXPECT_EQ("\n size [16] = ", console.questions());
-    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", printed.text());
+    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", log.text());
 }
 
 TEST(RkParameter, AsksWithPromptAndDefault) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("7\n");
     g_istrm.setIStream(&c_in);
     LimitedParm parm(3, "row", "Length of row");
     parm.fromIStream(g_istrm);
     EXPECT_EQ(7, parm.value());
     EXPECT_EQ("\n Length of row {1..9} [3] = ", console.questions());
-    EXPECT_EQ(" row = 7\n", printed.text());
+    EXPECT_EQ(" row = 7\n", log.text());
     EXPECT_EQ(rkIStream::FromConsole, g_istrm.m_source);
 }
 
 TEST(RkParameter, EmptyAnswerTakesTheDefault) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("\n");
     g_istrm.setIStream(&c_in);
     rkDefault<int> parm(16, "size");
@@ -480,18 +477,18 @@ TEST(RkParameter, EmptyAnswerTakesTheDefault) {
 }
 
 TEST(RkParameter, EmptyNameIsNotRead) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("24\n");
     g_istrm.setIStream(&c_in);
     rkDefault<int> parm(16, "");
     parm.fromIStream(g_istrm);
     EXPECT_EQ(16, parm.value());
     EXPECT_EQ("", console.questions());
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
 }
 
 TEST(RkParameter, NotReadableOnlyShowsItsDescription) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("24\n");
     g_istrm.setIStream(&c_in);
     g_istrm.m_data.set("size", "32");
@@ -500,49 +497,49 @@ TEST(RkParameter, NotReadableOnlyShowsItsDescription) {
     parm.fromIStream(g_istrm);
     EXPECT_EQ(16, parm.value());
     EXPECT_EQ("", console.questions());
-    EXPECT_EQ(" size = 16\n", printed.text());
+    EXPECT_EQ(" size = 16\n", log.text());
 }
 
 TEST(RkParameter, ConsoleRaisesTheOutputLevelForTheQuestionAlone) {
-    Printed printed(MsgError);
+    CaptureLog log(MsgError);
     ConsoleScript console("abc\n");
     rkDefault<int> parm(16, "size");
     g_istrm.setIStream(&c_in);
     parm.fromIStream(g_istrm);
-    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", printed.text());
+    EXPECT_EQ("-Invalid value of size = abc\n size = 16\n", log.text());
     EXPECT_EQ(MsgError, g_ostrm.outLevel());
 }
 
 TEST(RkParameter, WithoutConsoleTheOutputLevelStays) {
-    Printed printed(MsgError);
+    CaptureLog log(MsgError);
     g_istrm.m_data.set("size", "abc");
     rkDefault<int> parm(16, "size");
     parm.fromIStream(g_istrm);
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
     EXPECT_EQ(MsgError, g_ostrm.outLevel());
 }
 
 TEST(RkParameter, NotReadableKeepsTheOutputLevelDown) {
-    Printed printed(MsgError);
+    CaptureLog log(MsgError);
     ConsoleScript console("24\n");
     g_istrm.setIStream(&c_in);
     rkDefault<int> parm(16, "size");
     parm.m_readable = false;
     parm.fromIStream(g_istrm);
-    EXPECT_EQ("", printed.text());
+    EXPECT_EQ("", log.text());
 }
 
 TEST(RkParameter, FaultWhileReadingIsAMessageWithoutText) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("size", "24");
     FaultyParm parm(16, "size");
     LostStrings lost;
     for (int time = 0; time < 3; ++time) parm.fromIStream(g_istrm);
-    EXPECT_EQ("-\n size = 24\n-\n size = 24\n-\n size = 24\n", printed.text());
+    EXPECT_EQ("-\n size = 24\n-\n size = 24\n-\n size = 24\n", log.text());
 }
 
 TEST(RkParameter, FaultLeavesTheOuterGuardInForce) {
-    Printed printed;
+    CaptureLog log;
     g_istrm.m_data.set("size", "24");
     FaultyParm inner(16, "size");
     LostStrings lost;

@@ -6,9 +6,7 @@
 
 #include <string>
 
-static std::string str(rkString const &s) {
-    return s.c_str();
-}
+#include "text.h"
 
 static std::string blanks(size_t n) {
     return std::string(n, ' ');

@@ -13,21 +13,12 @@ namespace {
 const std::string banner = "\nTarvo(R) Kelvara. Rakova 2.0, Mar 16 2010\n";
 const std::string hookLine = "\nKEL Core library functions have been integrated into RK\n";
 
-bool has(std::string const &text, std::string const &part) {
-    return text.find(part) != std::string::npos;
-}
-int count(std::string const &text, std::string const &part) {
-    int n = 0;
-    for (size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++n;
-    return n;
-}
-
 class Session : public SessionFixture {};
 
 // ---- the command line ----------------------------------------------------------------------
 
 TEST_F(Session, NoKeysAtAllGiveAnEmptyReportAndTheDefaults) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     EXPECT_TRUE(parse({}));
     EXPECT_EQ(log(), "");
     EXPECT_EQ(pSession->m_askMode, 3);
@@ -49,7 +40,7 @@ TEST_F(Session, KeysAreReported) {
 }
 
 TEST_F(Session, CfgFileGivesTheKeys) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     write("prog.cfg", "-B -L PERF\n-v\n");
     EXPECT_TRUE(parse({}));
     EXPECT_EQ(log(),
@@ -76,7 +67,7 @@ TEST_F(Session, CfgFileOfTheCurrentDirectoryGoesFirst) {
 }
 
 TEST_F(Session, CfgFileGoesBeforeTheBuiltInLine) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     write("prog.cfg", "-B\n");
     rkRegCmdLine("-v");
     EXPECT_TRUE(parse({}));
@@ -85,7 +76,7 @@ TEST_F(Session, CfgFileGoesBeforeTheBuiltInLine) {
 }
 
 TEST_F(Session, BuiltInLineGivesTheKeys) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     rkRegCmdLine("-B -L");
     rkRegCmdLine("WARN");
     EXPECT_TRUE(parse({}));
@@ -95,7 +86,7 @@ TEST_F(Session, BuiltInLineGivesTheKeys) {
 }
 
 TEST_F(Session, AnyArgumentShutsOutCfgFileAndBuiltInLine) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     write("prog.cfg", "-B\n");
     rkRegCmdLine("-B");
     EXPECT_TRUE(parse({"-P"}));
@@ -104,21 +95,21 @@ TEST_F(Session, AnyArgumentShutsOutCfgFileAndBuiltInLine) {
 }
 
 TEST_F(Session, EmptyCfgFileHasNoKeys) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     write("prog.cfg", "");
     EXPECT_TRUE(parse({}));
     EXPECT_EQ(log(), "Command line options: read from prog.cfg file\n");
 }
 
 TEST_F(Session, DirectoryIsNoCfgFile) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     std::filesystem::create_directory(path("prog.cfg"));
     EXPECT_TRUE(parse({}));
     EXPECT_EQ(log(), "");
 }
 
 TEST_F(Session, CfgLineIsCutAt1023Characters) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     write("prog.cfg", "-F" + std::string(2000, 'x') + "\n");
     EXPECT_TRUE(parse({}));
     EXPECT_EQ(rkTestList::m_startFunc.length(), 1021);
@@ -133,7 +124,7 @@ TEST_F(Session, LongAndStrangeArgumentsAreReportedAsGiven) {
 }
 
 TEST_F(Session, MissingProgramNameIsSurvived) {
-    std::filesystem::current_path(m_dir);
+    std::filesystem::current_path(m_dir.path());
     setKelEnvironment();
     pSession->initSession();
     char *none[] = {nullptr};
@@ -169,7 +160,7 @@ TEST_F(Session, DirectoriesAndNameHoldForKeysInFrontOfThem) {
     std::filesystem::create_directory(path("logs"));
     EXPECT_TRUE(parse({"-o", "-llogs", "-ntitle"}));
     EXPECT_TRUE(exists("logs/title.txt"));
-    EXPECT_TRUE(has(log(), "-o: write console output to " + path("logs/title.txt") + "\n"));
+    EXPECT_TRUE(holds(log(), "-o: write console output to " + path("logs/title.txt") + "\n"));
 }
 
 TEST_F(Session, RelativeOutputDirectoryCountsFromTheProgram) {
@@ -200,13 +191,13 @@ TEST_F(Session, QuestionMarkIsHelpToo) {
 TEST_F(Session, EnumerationGoesBeforeTheVersion) {
     EXPECT_TRUE(parse({"-v", "-e"}));
     EXPECT_EQ(rkSession::m_exitLevel, 1);
-    EXPECT_TRUE(has(log(), "-e: enumerate tested functions and exit\n"));
+    EXPECT_TRUE(holds(log(), "-e: enumerate tested functions and exit\n"));
 }
 
 TEST_F(Session, VersionAloneIsLevelThree) {
     EXPECT_TRUE(parse({"-v", "-B"}));
     EXPECT_EQ(rkSession::m_exitLevel, 3);
-    EXPECT_TRUE(has(log(), "-B: ignored because of -v option\n"));
+    EXPECT_TRUE(holds(log(), "-B: ignored because of -v option\n"));
 }
 
 TEST_F(Session, SlashHelpEqualsDashHelp) {
@@ -225,18 +216,18 @@ TEST_F(Session, LogGetsTheReport) {
     EXPECT_TRUE(parse({"-olog"}));
     g_ostrm.flush();
     EXPECT_EQ(read("log.txt"), log());
-    EXPECT_TRUE(has(log(), "-olog: write console output to "));
+    EXPECT_TRUE(holds(log(), "-olog: write console output to "));
 }
 
 TEST_F(Session, UnopenedFileIsFatalBehindTheWholeReport) {
     EXPECT_FALSE(parse({"-rmissing/dir/x", "-B"}));
-    EXPECT_TRUE(has(log(), "-B: batch mode\nFATAL ERROR: can't open output file for writing\n"));
+    EXPECT_TRUE(holds(log(), "-B: batch mode\nFATAL ERROR: can't open output file for writing\n"));
     EXPECT_TRUE(pSession->m_batch);
 }
 
 TEST_F(Session, UnwritableIniFileIsFatal) {
     EXPECT_FALSE(parse({"-Imissing/dir/x"}));
-    EXPECT_TRUE(has(log(), "FATAL ERROR: can't open ini-file for writing\n"));
+    EXPECT_TRUE(holds(log(), "FATAL ERROR: can't open ini-file for writing\n"));
 }
 
 TEST_F(Session, UnreadableIniFileIsSaidOnce) {
@@ -349,17 +340,17 @@ class SessionRun : public SessionFixture {
 protected:
     void SetUp() override {
         SessionFixture::SetUp();
-        std::filesystem::current_path(m_dir);
+        std::filesystem::current_path(m_dir.path());
     }
     std::string m_text;
 };
 
 TEST_F(SessionRun, WithoutTestFilesTheProcessorIsReported) {
     EXPECT_EQ(run({"-B"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "__rkTarvoCpu"));
-    EXPECT_TRUE(has(m_text, "    Tarvo(R) Processor Identification\n"));
-    EXPECT_TRUE(has(m_text, ".Number of tests : 1 "));
-    EXPECT_TRUE(has(m_text, ".Successes       : 1 "));
+    EXPECT_TRUE(holds(m_text, "__rkTarvoCpu"));
+    EXPECT_TRUE(holds(m_text, "    Tarvo(R) Processor Identification\n"));
+    EXPECT_TRUE(holds(m_text, ".Number of tests : 1 "));
+    EXPECT_TRUE(holds(m_text, ".Successes       : 1 "));
 }
 
 TEST_F(SessionRun, PartsComeInTheirOrder) {
@@ -387,8 +378,8 @@ TEST_F(SessionRun, VersionLeavesTheTableEmpty) {
 
 TEST_F(SessionRun, HelpBeginsWithTheBanner) {
     EXPECT_EQ(run({"-h"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "-h: type short help and exit\n" + banner + "QUICK HELP\n-B   "));
-    EXPECT_FALSE(has(m_text, "RK Summary"));
+    EXPECT_TRUE(holds(m_text, "-h: type short help and exit\n" + banner + "QUICK HELP\n-B   "));
+    EXPECT_FALSE(holds(m_text, "RK Summary"));
 }
 
 TEST_F(SessionRun, LogGetsTheHelp) {
@@ -399,7 +390,7 @@ TEST_F(SessionRun, LogGetsTheHelp) {
 TEST_F(SessionRun, BoundLibraryIsSaidTwice) {
     rkRegKelEnvironment(FakeCore::bind);
     EXPECT_EQ(run({"-B"}, m_text), 0);
-    EXPECT_EQ(count(m_text, hookLine), 2);
+    EXPECT_EQ(countOf(m_text, hookLine), 2);
     EXPECT_EQ(m_text.find(hookLine), 0u);
     EXPECT_LT(m_text.find("-B: batch mode"), m_text.rfind(hookLine));
     EXPECT_LT(m_text.rfind(hookLine), m_text.find("Sorting functions"));
@@ -408,35 +399,36 @@ TEST_F(SessionRun, BoundLibraryIsSaidTwice) {
 TEST_F(SessionRun, ProcessorAndThreadsAreSetBetweenTheTwo) {
     rkRegKelEnvironment(FakeCore::bind);
     EXPECT_EQ(run({"-B", "-TAVX", "-N2"}, m_text), 0);
-    EXPECT_TRUE(has(m_text,
-                    "\n--calling kelInitCpu( kelCpuAVX=70 )\n--status = kelStsNoErr\n"
-                    "\n--calling kelSetNumThreads( 2 )\n--status = kelStsNoErr\n" +
-                        hookLine));
+    EXPECT_TRUE(holds(m_text,
+                      "\n--calling kelInitCpu( kelCpuAVX=70 )\n--status = kelStsNoErr\n"
+                      "\n--calling kelSetNumThreads( 2 )\n--status = kelStsNoErr\n" +
+                          hookLine));
 }
 
 TEST_F(SessionRun, MissingFunctionsAreSaid) {
     rkRegMissing("keliA");
     rkRegMissing("keliB");
     EXPECT_EQ(run({"-B"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "-- Left out, this build of the library has no keliA, keliB\nSorting functions"));
+    EXPECT_TRUE(
+        holds(m_text, "-- Left out, this build of the library has no keliA, keliB\nSorting functions"));
 }
 
 TEST_F(SessionRun, NothingMissingNothingSaid) {
     g_pMissingList = new rkList<rkString>;
     EXPECT_EQ(run({"-B"}, m_text), 0);
-    EXPECT_FALSE(has(m_text, "Left out"));
+    EXPECT_FALSE(holds(m_text, "Left out"));
 }
 
 TEST_F(SessionRun, SortLineReachesNoLog) {
     EXPECT_EQ(run({"-B", "-olog"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "Sorting functions...\n"));
-    EXPECT_FALSE(has(read("log.txt"), "Sorting functions"));
-    EXPECT_TRUE(has(read("log.txt"), "RK Summary"));
+    EXPECT_TRUE(holds(m_text, "Sorting functions...\n"));
+    EXPECT_FALSE(holds(read("log.txt"), "Sorting functions"));
+    EXPECT_TRUE(holds(read("log.txt"), "RK Summary"));
 }
 
 TEST_F(SessionRun, WithoutSortingTheLineIsMissing) {
     EXPECT_EQ(run({"-B", "-s-"}, m_text), 0);
-    EXPECT_FALSE(has(m_text, "Sorting functions"));
+    EXPECT_FALSE(holds(m_text, "Sorting functions"));
 }
 
 TEST_F(SessionRun, WithoutConditionsAllTestsRunInTheOrderOfTheirNames) {
@@ -484,7 +476,7 @@ TEST_F(SessionRun, HotOnlyFindsAnEmptyListAndRunsNothing) {
     ASSERT_NE(g_pHotList, nullptr);
     EXPECT_TRUE(g_pHotList->empty());
     EXPECT_EQ(SpyTest::m_runs, 0);
-    EXPECT_TRUE(has(m_text, ".Number of tests : 0 "));
+    EXPECT_TRUE(holds(m_text, ".Number of tests : 0 "));
 }
 
 // ---- lists of tests ------------------------------------------------------------------------------
@@ -493,14 +485,14 @@ TEST_F(SessionRun, EnumerationListsTheTestsSorted) {
     rkRegTest(new SpyTest("keliB"));
     rkRegTest(new SpyTest("keliA"));
     EXPECT_EQ(run({"-e"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "-e: enumerate tested functions and exit\n   #\tFunction\tTest\tSource\t\n"));
-    ASSERT_TRUE(has(m_text, "\tkeliA\tSpyClass\tspy.cpp\t\n"));
+    EXPECT_TRUE(holds(m_text, "-e: enumerate tested functions and exit\n   #\tFunction\tTest\tSource\t\n"));
+    ASSERT_TRUE(holds(m_text, "\tkeliA\tSpyClass\tspy.cpp\t\n"));
     EXPECT_LT(m_text.find("\tkeliA\t"), m_text.find("\tkeliB\t"));
-    EXPECT_TRUE(has(m_text, "\t__rkTarvoCpu\t"));
+    EXPECT_TRUE(holds(m_text, "\t__rkTarvoCpu\t"));
     EXPECT_EQ(SpyTest::m_runs, 0);
-    EXPECT_FALSE(has(m_text, "Sorting functions"));
-    EXPECT_FALSE(has(m_text, "Tarvo(R) Kelvara"));
-    EXPECT_FALSE(has(m_text, "RK Summary"));
+    EXPECT_FALSE(holds(m_text, "Sorting functions"));
+    EXPECT_FALSE(holds(m_text, "Tarvo(R) Kelvara"));
+    EXPECT_FALSE(holds(m_text, "RK Summary"));
 }
 
 TEST_F(SessionRun, EnumerationOfTheLibraryIsUnsorted) {
@@ -511,15 +503,15 @@ TEST_F(SessionRun, EnumerationOfTheLibraryIsUnsorted) {
     rkRegLibFunc("keliNone");
     EXPECT_EQ(run({"-e+"}, m_text), 0);
     EXPECT_LT(m_text.find("keliB\t"), m_text.find("keliA\t"));
-    EXPECT_TRUE(has(m_text, "-\tkeliNone\t\n"));
-    EXPECT_TRUE(has(m_text, "+\tkeliA\t\n"));
+    EXPECT_TRUE(holds(m_text, "-\tkeliNone\t\n"));
+    EXPECT_TRUE(holds(m_text, "+\tkeliA\t\n"));
 }
 
 TEST_F(SessionRun, EnumerationOfTheUntestedIsUnsorted) {
     rkRegTest(new SpyTest("keliA"));
     for (char const *name : {"keliA", "keliZ", "keliY"}) rkRegLibFunc(name);
     EXPECT_EQ(run({"-e-"}, m_text), 0);
-    EXPECT_FALSE(has(m_text, "keliA"));
+    EXPECT_FALSE(holds(m_text, "keliA"));
     EXPECT_LT(m_text.find("keliZ\t"), m_text.find("keliY\t"));
 }
 
@@ -527,7 +519,7 @@ TEST_F(SessionRun, EnumerationWithoutALibraryListKeepsTheOrderOfRegistration) {
     rkRegTest(new SpyTest("keliB"));
     rkRegTest(new SpyTest("keliA"));
     EXPECT_EQ(run({"-e+"}, m_text), 0);
-    ASSERT_TRUE(has(m_text, "\tkeliA\t"));
+    ASSERT_TRUE(holds(m_text, "\tkeliA\t"));
     EXPECT_LT(m_text.find("\tkeliB\t"), m_text.find("\tkeliA\t"));
 }
 
@@ -535,18 +527,18 @@ TEST_F(SessionRun, EnumerationUnsortedByKey) {
     rkRegTest(new SpyTest("keliB"));
     rkRegTest(new SpyTest("keliA"));
     EXPECT_EQ(run({"-e", "-s-"}, m_text), 0);
-    ASSERT_TRUE(has(m_text, "\tkeliA\t"));
+    ASSERT_TRUE(holds(m_text, "\tkeliA\t"));
     EXPECT_LT(m_text.find("\tkeliB\t"), m_text.find("\tkeliA\t"));
 }
 
 TEST_F(SessionRun, VersionAndEnumerationGiveBannerAndList) {
     EXPECT_EQ(run({"-v", "-e"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, banner + "   #\tFunction"));
+    EXPECT_TRUE(holds(m_text, banner + "   #\tFunction"));
 }
 
 TEST_F(SessionRun, EnumerationGoesIntoTheResultTable) {
     EXPECT_EQ(run({"-e", "-rtable"}, m_text), 0);
-    EXPECT_TRUE(has(read("table.csv"), "   #,Function,Test,Source\n"));
+    EXPECT_TRUE(holds(read("table.csv"), "   #,Function,Test,Source\n"));
 }
 
 // ---- what a run leaves behind -------------------------------------------------------------------
@@ -569,25 +561,25 @@ TEST_F(SessionRun, SignalFileIsWrittenAlsoForAStoppedRun) {
 TEST_F(SessionRun, UnopenedFileEndsTheRunWithStatusZeroAndSignal) {
     rkRegTest(new SpyTest("keliA"));
     EXPECT_EQ(run({"-B", "-rmissing/dir/x", "-gdone"}, m_text), 0);
-    EXPECT_TRUE(has(m_text, "FATAL ERROR: can't open output file for writing\n"));
+    EXPECT_TRUE(holds(m_text, "FATAL ERROR: can't open output file for writing\n"));
     EXPECT_EQ(SpyTest::m_runs, 0);
-    EXPECT_FALSE(has(m_text, "RK Summary"));
+    EXPECT_FALSE(holds(m_text, "RK Summary"));
     EXPECT_TRUE(exists("done.end"));
 }
 
 TEST_F(SessionRun, NoSignalFileWithoutItsKey) {
     EXPECT_EQ(run({"-v"}, m_text), 0);
-    EXPECT_TRUE(std::filesystem::is_empty(m_dir));
+    EXPECT_TRUE(std::filesystem::is_empty(m_dir.path()));
 }
 
 TEST_F(SessionRun, TablesAndLogAreWrittenOutAtTheEnd) {
     EXPECT_EQ(run({"-B", "-olog", "-rtable", "-utotal", "-qnames"}, m_text), 0);
-    EXPECT_TRUE(has(read("table.csv"), "CPU,"));
-    EXPECT_TRUE(has(read("table.csv"), "funcBase,funcDataType,funcDescriptor,"));
-    EXPECT_TRUE(has(read("names_name.csv"), "CPU,"));
-    EXPECT_TRUE(has(read("total_sum.csv"), "Function,Class,Control87,"));
-    EXPECT_TRUE(has(read("total_sum.csv"), "END_DATA"));
-    EXPECT_TRUE(has(read("log.txt"), "RK Summary"));
+    EXPECT_TRUE(holds(read("table.csv"), "CPU,"));
+    EXPECT_TRUE(holds(read("table.csv"), "funcBase,funcDataType,funcDescriptor,"));
+    EXPECT_TRUE(holds(read("names_name.csv"), "CPU,"));
+    EXPECT_TRUE(holds(read("total_sum.csv"), "Function,Class,Control87,"));
+    EXPECT_TRUE(holds(read("total_sum.csv"), "END_DATA"));
+    EXPECT_TRUE(holds(read("log.txt"), "RK Summary"));
 }
 
 TEST_F(SessionRun, ConsoleNeverRunsAheadOfTheTable) {
@@ -622,7 +614,7 @@ TEST_F(SessionRun, CommonDataGoThroughTheirSlot) {
     QuietSession *session = replaceSession<QuietSession>();
     EXPECT_EQ(run({"-B"}, m_text), 0);
     EXPECT_EQ(session->m_reads, 1);
-    EXPECT_FALSE(has(m_text, "Method = "));
+    EXPECT_FALSE(holds(m_text, "Method = "));
 }
 
 } // namespace

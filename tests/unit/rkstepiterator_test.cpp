@@ -5,12 +5,9 @@
 
 #include "consolescript.h"
 #include "rkstepiterator.h"
+#include "text.h"
 
 namespace {
-
-std::string str(rkString const &text) {
-    return text.c_str();
-}
 
 const int walkBound = 1000;
 
@@ -340,24 +337,24 @@ TEST(RkStepIterator, SmallTypeShowsNumbersAndNotCharacters) {
 }
 
 TEST(RkStepIterator, AsksWithItsLoop) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("8;2;-2\n");
     g_istrm.setIStream(&c_in);
     rkStepIterator<int> parm;
     parm.init("size", 1, 31, 2, StepPlus);
     parm.fromIStream(g_istrm);
     EXPECT_EQ("\n for size [1; 31; +2] = ", console.questions());
-    EXPECT_EQ(" for (size = 8; size >= 2; size -= 2)\n", printed.text());
+    EXPECT_EQ(" for (size = 8; size >= 2; size -= 2)\n", log.text());
 }
 
 TEST(RkStepIterator, ConflictAtTheConsoleKeepsTheFamily) {
-    Printed printed;
+    CaptureLog log;
     ConsoleScript console("8;2;+2\n");
     g_istrm.setIStream(&c_in);
     rkStepIterator<int> parm;
     parm.init("size", 1, 3, 1, StepPlus);
     parm.fromIStream(g_istrm);
     EXPECT_EQ("-Conflict between iterator limits and operation\n for (size = 1; size <= 3; size += 1)\n",
-              printed.text());
+              log.text());
     EXPECT_EQ("1 2 3 ", walk(parm));
 }

@@ -8,10 +8,7 @@
 #include <utility>
 
 #include "rkstring.h"
-
-static std::string str(rkString const &s) {
-    return std::string(s.c_str(), s.length());
-}
+#include "text.h"
 
 static rkString trimmed(rkString s) {
     s.trim();

@@ -10,12 +10,9 @@
 #include "rksession.h"
 #include "rktrace.h"
 #include "scriptedtest.h"
+#include "tempdir.h"
 
 using std::string;
-
-static bool holds(string const &text, string const &part) {
-    return text.find(part) != string::npos;
-}
 
 TEST(RkTestInfo, CutsAtTheFirstTwoSlashes) {
     rkTestInfo all("Name/what it does/KM_REG/more");
@@ -250,9 +247,8 @@ TEST(RkTest, ARunThatOnlyWritesNamesDoesNotMeasure) {
 }
 
 TEST(RkTest, ARunThatWritesAnIniFileTakesTheParametersAndDoesNotMeasure) {
-    char path[] = "/tmp/rktest_iniXXXXXX";
-    close(mkstemp(path));
-    g_istrm.setIniFile(path, true);
+    TempDir dir;
+    ASSERT_TRUE(g_istrm.setIniFile(dir / "f.ini", true));
     ScriptedTest test;
     Counted size("size", 3);
     test.m_declared = {&size};
@@ -260,15 +256,11 @@ TEST(RkTest, ARunThatWritesAnIniFileTakesTheParametersAndDoesNotMeasure) {
     EXPECT_EQ(test.m_steps, "SFE");
     EXPECT_STREQ(g_istrm.m_iniFile->read("keliScript_8u", "size", "").c_str(), "1; 2; 3");
     g_istrm.deleteIniFile();
-    unlink(path);
 }
 
 TEST(RkTest, WithPressingATestWithoutASectionIsLeftOut) {
-    char path[] = "/tmp/rktest_iniXXXXXX";
-    int file = mkstemp(path);
-    ASSERT_GT(write(file, "[wanted]\n", 9), 0);
-    close(file);
-    g_istrm.setIniFile(path, false);
+    TempDir dir;
+    ASSERT_TRUE(g_istrm.setIniFile(dir.write("f.ini", "[wanted]\n"), false));
     rkTest::m_pressing = true;
     ScriptedTest other("other"), wanted("wanted");
     CaptureLog log(7);
@@ -278,7 +270,6 @@ TEST(RkTest, WithPressingATestWithoutASectionIsLeftOut) {
     EXPECT_EQ(log.text(), "");
     EXPECT_EQ(wanted.run(), rkResSuccess);
     g_istrm.deleteIniFile();
-    unlink(path);
 }
 
 TEST(RkTest, ACacheRunOfATestWithoutACacheParameterIsRefused) {

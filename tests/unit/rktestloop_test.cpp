@@ -5,12 +5,9 @@
 #include "capture.h"
 #include "rkctrl.h"
 #include "scriptedtest.h"
+#include "text.h"
 
 using std::string;
-
-static bool holds(string const &text, string const &part) {
-    return text.find(part) != string::npos;
-}
 
 namespace {
 

@@ -4,31 +4,25 @@
 #define RAKOVA_SESSIONFIXTURE_H
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "capture.h"
 #include "rk.h"
+#include "tempdir.h"
 
 class SessionFixture : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/rakova_session_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_dir = pattern;
         m_cwd = std::filesystem::current_path();
         rkCpuTicker::m_freqMHz = 2000;
         pSession = new rkSession;
     }
-    void TearDown() override {
-        std::filesystem::current_path(m_cwd);
-        std::filesystem::remove_all(m_dir);
-    }
+    void TearDown() override { std::filesystem::current_path(m_cwd); }
 
     // Session of another class, as a test file registers it.
     template <class Session>
@@ -39,14 +33,9 @@ protected:
         return session;
     }
 
-    std::string path(std::string const &name) const { return m_dir + "/" + name; }
-    void write(std::string const &name, std::string const &text) const { std::ofstream(path(name)) << text; }
-    std::string read(std::string const &name) const {
-        std::ifstream file(path(name));
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
+    std::string path(std::string const &name) const { return m_dir.path(name); }
+    void write(std::string const &name, std::string const &text) const { m_dir.write(name, text); }
+    std::string read(std::string const &name) const { return fileText(m_dir / name); }
     bool exists(std::string const &name) const { return std::filesystem::exists(path(name)); }
 
     // The program is "prog" in the directory of the test.
@@ -60,13 +49,11 @@ protected:
     int argc() const { return static_cast<int>(m_args.size()); }
     char **argv() { return m_argv.data(); }
 
-    // Sends what goes to g_ostrm into a file, which g_ostrm closes at the exit.
     void catchLog() {
-        m_log = new o_stream(tmpfile());
         g_ostrm.setMsgLevel(MsgResult);
-        g_ostrm.push_back(m_log);
+        m_log = std::make_unique<Capture<rkOStream>>(g_ostrm);
     }
-    static std::string log() { return textOf(m_log->m_file); }
+    std::string log() { return m_log->text(); }
 
     // The first steps of a run, up to the keys.
     bool parse(std::vector<std::string> const &args) {
@@ -80,32 +67,23 @@ protected:
     // A whole run; the text is all that reached standard output.
     int run(std::vector<std::string> const &args, std::string &text) {
         setArgs(args);
-        FILE *file = tmpfile();
+        CaptureFile file;
         fflush(stdout);
         int console = dup(1);
-        dup2(fileno(file), 1);
+        dup2(fileno(file.m_stream.m_file), 1);
         int status = pSession->run(argc(), argv());
         fflush(stdout);
         dup2(console, 1);
         close(console);
-        text = textOf(file);
-        fclose(file);
+        text = file.text();
         return status;
     }
 
-    static std::string textOf(FILE *file) {
-        fflush(file);
-        std::string text;
-        rewind(file);
-        for (int c; (c = getc(file)) != EOF;) text += static_cast<char>(c);
-        return text;
-    }
-
-    std::string m_dir;
+    TempDir m_dir;
     std::filesystem::path m_cwd;
     std::vector<std::string> m_args;
     std::vector<char *> m_argv;
-    static inline o_stream *m_log = nullptr;
+    std::unique_ptr<Capture<rkOStream>> m_log;
 };
 
 // A library core that notes what is asked of it.

@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "rkstring.h"
+#include "text.h"
 
 class TempDir {
 public:
@@ -29,11 +29,12 @@ public:
 
     std::string path() const { return m_path; }
     // Name of a file in the directory.
-    rkString operator/(char const *name) const { return rkString((m_path + "/" + name).c_str()); }
+    std::string path(std::string const &name) const { return m_path + "/" + name; }
+    rkString operator/(std::string const &name) const { return rkString(path(name).c_str()); }
 
     // Makes a file of these bytes; returns its name.
-    rkString write(char const *name, std::string const &bytes) const {
-        std::ofstream(m_path + "/" + name, std::ios::binary) << bytes;
+    rkString write(std::string const &name, std::string const &bytes) const {
+        std::ofstream(path(name), std::ios::binary) << bytes;
         return *this / name;
     }
 
@@ -45,10 +46,6 @@ inline std::string fileText(rkString const &name) {
     std::ifstream file(name.c_str(), std::ios::binary);
     if (!file) return "(no file)";
     return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-inline std::string str(rkString const &text) {
-    return std::string(text.c_str(), text.length());
 }
 
 #endif
