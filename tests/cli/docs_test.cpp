@@ -59,10 +59,10 @@ std::string withoutEmptyLines(std::string const &text) {
     return kept;
 }
 
-// A line with its figures and the blanks around them masked.
+// A line with its figures and the blanks around them masked, and other blanks as one.
 std::string shapeOf(std::string const &line) {
     const std::regex figure(" *[0-9]+(\\.[0-9]+)?(e[+-][0-9]+)? *");
-    return std::regex_replace(line, figure, "#");
+    return std::regex_replace(std::regex_replace(line, figure, "#"), std::regex(" +"), " ");
 }
 
 class Docs : public Program {
