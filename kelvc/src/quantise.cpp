@@ -7,7 +7,7 @@
 static const int blockLength = 64;
 static const int quantiser = 11;
 
-static kmVector g_InvQuantMatrix(32 | kmTypeSigned | kmTypeFloat);
+static kmVector g_InvQuantMatrix(32 | kmTypeFloat);
 static kmVector g_DctCoeff(16 | kmTypeSigned); // every call works on the results of the one before
 static int g_tst_quant, g_count;
 

@@ -35,6 +35,18 @@ struct DctBasis {
     float at[N][N];
 };
 
+// The same by samples: at[n][k].
+template <int N>
+struct TransposedDctBasis {
+    constexpr TransposedDctBasis() : at() {
+        for (int n = 0; n < N; ++n) {
+            for (int k = 0; k < N; ++k) at[n][k] = DctBasis<N>().at[k][n];
+        }
+    }
+
+    float at[N][N];
+};
+
 } // namespace kelvara
 
 #endif

@@ -9,6 +9,8 @@ namespace kelvara {
 
 static constexpr DctBasis<8> across;
 static constexpr DctBasis<4> down;
+static constexpr TransposedDctBasis<8> acrossForward;
+static constexpr TransposedDctBasis<4> downForward;
 static constexpr float orthonormal = static_cast<float>(cosine16(4)); // of a sum or difference of two lines
 
 using Rows = float[8][8];
@@ -24,34 +26,30 @@ static void butterflies(Rows &rows) {
     }
 }
 
-// Weight of sample n in coefficient k forward, of coefficient n in sample k backward.
-template <bool forward, int N>
-static float weight(const DctBasis<N> &basis, int k, int n) {
-    return forward ? basis.at[k][n] : basis.at[n][k];
-}
-
-template <bool forward>
-static void transformRows(Rows &rows) {
-    for (auto &row : rows) {
-        float result[8] = {};
-        for (int n = 0; n < 8; ++n) {
-            for (int k = 0; k < 8; ++k) result[k] += weight<forward>(across, k, n) * row[n];
-        }
-        std::copy(result, result + 8, row);
+static void transpose(Rows &rows) {
+    for (int i = 0; i < 8; ++i) {
+        for (int j = 0; j < i; ++j) std::swap(rows[i][j], rows[j][i]);
     }
 }
 
-// The upper and the lower four rows, each set by itself.
-template <bool forward>
-static void transformColumns(Rows &rows) {
+// N points down, each set of N rows by itself; weights[n][k] is that of input n in result k.
+template <int N>
+static void transformColumns(Rows &rows, const float (&weights)[N][N]) {
     Rows result = {};
     for (int k = 0; k < 8; ++k) {
-        for (int n = 0; n < 4; ++n) {
-            const float factor = weight<forward>(down, k % 4, n);
-            for (int x = 0; x < 8; ++x) result[k][x] += factor * rows[k / 4 * 4 + n][x];
+        for (int n = 0; n < N; ++n) {
+            const float weight = weights[n][k % N];
+            const float(&input)[8] = rows[k / N * N + n];
+            for (int x = 0; x < 8; ++x) result[k][x] += weight * input[x];
         }
     }
     std::copy(&result[0][0], &result[0][0] + 64, &rows[0][0]);
+}
+
+static void transformRows(Rows &rows, const float (&weights)[8][8]) {
+    transpose(rows);
+    transformColumns(rows, weights);
+    transpose(rows);
 }
 
 // Row of the block at place i of the rows: of the even lines first, then of the odd ones.
@@ -66,8 +64,8 @@ static KelStatus forward248(Kel16s *pSrcDst) {
     Rows rows;
     for (int i = 0; i < 64; ++i) rows[i / 8][i % 8] = block.at[8 * lineAt(i / 8) + i % 8];
     butterflies(rows);
-    transformRows<true>(rows);
-    transformColumns<true>(rows);
+    transformRows(rows, acrossForward.at);
+    transformColumns(rows, downForward.at);
     for (int i = 0; i < 64; ++i) block.at[i] = roundTo<Kel16s>(rows[i / 8][i % 8] * orthonormal);
     block.storeTo(pSrcDst);
     return kelStsNoErr;
@@ -78,8 +76,8 @@ static KelStatus inverse248(Kel16s *pSrcDst) {
     Block8x8<Kel16s> block(pSrcDst);
     Rows rows;
     for (int i = 0; i < 64; ++i) rows[i / 8][i % 8] = block.at[i] * orthonormal;
-    transformRows<false>(rows);
-    transformColumns<false>(rows);
+    transformRows(rows, across.at);
+    transformColumns(rows, down.at);
     butterflies(rows);
     for (int i = 0; i < 64; ++i) block.at[8 * lineAt(i / 8) + i % 8] = roundTo<Kel16s>(rows[i / 8][i % 8]);
     block.storeTo(pSrcDst);
