@@ -19,6 +19,9 @@ rakova_test(kelvara_quantise_test kelvara/quantise_test.cpp LIBS kelvc)
 rakova_test(kelvara_idct_test kelvara/idct_test.cpp LIBS kelvc)
 rakova_test(kelvara_dct248_test kelvara/dct248_test.cpp LIBS kelvc)
 rakova_test(kelvara_vlctable_test kelvara/vlctable_test.cpp LIBS kelvc)
+rakova_test(kelvara_blocks_test kelvara/blocks_test.cpp LIBS kelvc)
+rakova_test(kelvara_scan_test kelvara/scan_test.cpp LIBS kelvc)
+rakova_test(kelvara_transform8x8_test kelvara/transform8x8_test.cpp LIBS kelvc)
 
 # ---- exports and headers --------------------------------------------------------
 
