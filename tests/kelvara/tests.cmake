@@ -12,6 +12,7 @@ rakova_test(kelvara_satd_test kelvara/satd_test.cpp LIBS kelvc)
 rakova_test(kelvara_sadn_test kelvara/sadn_test.cpp LIBS kelvc)
 rakova_test(kelvara_sumsdiff_test kelvara/sumsdiff_test.cpp LIBS kelvc)
 rakova_test(kelvara_edges_test kelvara/edges_test.cpp LIBS kelvc)
+rakova_test(kelvara_deblocking_test kelvara/deblocking_test.cpp LIBS kelvc)
 rakova_test(kelvara_compensation_test kelvara/compensation_test.cpp LIBS kelvc)
 rakova_test(kelvara_differences_test kelvara/differences_test.cpp LIBS kelvc)
 rakova_test(kelvara_variance_test kelvara/variance_test.cpp LIBS kelvc)
@@ -33,7 +34,7 @@ target_compile_definitions(kelvara_exports_test PRIVATE
     KELVARA_LIB_KELCORE="$<TARGET_FILE:kelcore>" KELVARA_LIB_KELS="$<TARGET_FILE:kels>"
     KELVARA_LIB_KELI="$<TARGET_FILE:keli>" KELVARA_LIB_KELVC="$<TARGET_FILE:kelvc>")
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_motion)
+foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
