@@ -20,6 +20,9 @@ rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
         blockdiff
+        huffman
+        idct
+        quantise
         timvcsad)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
