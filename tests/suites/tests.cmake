@@ -22,8 +22,11 @@ foreach(suite
         blockdiff
         huffman
         idct
+        motioncompensation
+        motionestimation
         quantise
-        timvcsad)
+        timvcsad
+        variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
 target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
