@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "freshstart.h"
 #include "text.h"
 
 namespace {

@@ -4,6 +4,7 @@
 #include <limits.h>
 
 #include "consolescript.h"
+#include "freshstart.h"
 #include "rkcache.h"
 #include "rkcpu.h"
 #include "rkmemory.h"
@@ -55,6 +56,8 @@ bool ownSetting(rkParameter *parm, int size, int limit, bool fine) {
 class RkCacheIterator : public testing::Test {
 protected:
     RkCacheIterator() {
+        g_asked = 0;
+        g_canSet = true;
         rkCacheIterator::m_cacheSource = oneMebibyte;
         m_len.init("len", "Length of row");
         m_len.add(16);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "consolescript.h"
+#include "freshstart.h"
 #include "rkcommon.h"
 #include "rkiterator.h"
 #include "rkmemory.h"

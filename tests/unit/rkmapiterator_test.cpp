@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "consolescript.h"
+#include "freshstart.h"
 #include "rkmapdefault.h"
 #include "rkmapiterator.h"
 #include "text.h"

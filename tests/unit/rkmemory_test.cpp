@@ -9,6 +9,7 @@
 
 #include <string>
 
+#include "freshstart.h"
 #include "rkmemory.h"
 #include "rkobject.h"
 #include "rkstream.h"
@@ -68,9 +69,12 @@ TEST(RkMemory, NegativeRawSizeFails) {
 }
 
 TEST(RkMemory, FreeOfNullDoesNothing) {
+    AddressList *list = pAddressList;
+    pAddressList = nullptr;
     rk_free(nullptr);
     rkFree(nullptr);
     EXPECT_EQ(pAddressList, nullptr);
+    pAddressList = list;
 }
 
 // ---- placement --------------------------------------------------------------------

@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include "consolescript.h"
+#include "freshstart.h"
 #include "rkdefault.h"
 #include "text.h"
 

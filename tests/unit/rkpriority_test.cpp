@@ -148,6 +148,7 @@ TEST(RkPriority, NoneNeitherSavesNorChanges) {
 }
 
 TEST(RkPriority, NoneAsksTheSystemNothing) {
+    s_uidQuestions = 0;
     rkSetPriority(4);
     rkResetPriority();
     ASSERT_EQ(s_uidQuestions, 2) << "one to save and one to restore";

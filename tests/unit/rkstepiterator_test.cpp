@@ -4,6 +4,7 @@
 #include <limits.h>
 
 #include "consolescript.h"
+#include "freshstart.h"
 #include "rkstepiterator.h"
 #include "text.h"
 

@@ -5,6 +5,7 @@
 #include <signal.h>
 
 #include "capture.h"
+#include "freshstart.h"
 #include "rkctrlbase.h"
 #include "rkpriority.h"
 #include "rksession.h"
@@ -296,7 +297,6 @@ TEST(RkTest, OnlyHotFunctionsRunWhenOnlyTheyAreWanted) {
     EXPECT_FALSE(cold.tobeRun(all));
     EXPECT_TRUE(hot.isHotLine());
     EXPECT_FALSE(cold.isHotLine());
-    delete g_pHotList;
 }
 
 TEST(RkTest, WithoutAListNothingIsHot) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "freshstart.h"
 #include "rkconditions.h"
 #include "rkregister.h"
 #include "rksession.h"

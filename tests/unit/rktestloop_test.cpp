@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "capture.h"
+#include "freshstart.h"
 #include "rkctrl.h"
 #include "scriptedtest.h"
 #include "text.h"

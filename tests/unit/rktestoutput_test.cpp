@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "capture.h"
+#include "freshstart.h"
 #include "rksession.h"
 #include "scriptedtest.h"
 
@@ -216,7 +217,6 @@ TEST(RkTestOutput, HotFunctionsAreMarkedInTheInterestColumn) {
         test->outputResult(rkResSuccess);
     }
     EXPECT_EQ(rows.text(), "f,-,-,c,5.00,px,0.005,-,Hot\ng,-,-,c,5.00,px,0.005,-,-\n");
-    delete g_pHotList;
 }
 
 TEST(RkTestOutput, TheCommentOfTheCacheStandsInFront) {
