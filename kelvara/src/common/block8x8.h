@@ -6,6 +6,7 @@
 #include "keltypes.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -21,12 +22,13 @@ struct Block8x8 {
     T at[64];
 };
 
-// Nearest integer within the range of T, halves away from zero.
+// Nearest integer within the range of T, halves away from zero. REQUIRES: a value within the range of int, as
+// limiting before the conversion keeps compilers from vectorising it.
 template <class T>
 inline T roundTo(float value) {
-    constexpr float low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
-    const float limited = std::min(std::max(value, low), high);
-    return static_cast<T>(static_cast<int>(limited + (limited < 0 ? -0.5f : 0.5f)));
+    const int rounded = static_cast<int>(value + std::copysign(0.5f, value));
+    return static_cast<T>(
+        std::clamp<int>(rounded, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()));
 }
 
 } // namespace kelvara

@@ -57,16 +57,35 @@ static int lineAt(int i) {
     return i % 4 * 2 + i / 4;
 }
 
+static int sameRow(int i) {
+    return i;
+}
+
+// Row i of the rows is row place(i) of the block.
+template <int (*place)(int)>
+static void loadRows(const Kel16s (&block)[64], Rows &rows) {
+    for (int i = 0; i < 8; ++i) {
+        for (int x = 0; x < 8; ++x) rows[i][x] = orthonormal * block[8 * place(i) + x];
+    }
+}
+
+template <int (*place)(int)>
+static void storeRows(const Rows &rows, Kel16s (&block)[64]) {
+    for (int i = 0; i < 8; ++i) {
+        for (int x = 0; x < 8; ++x) block[8 * place(i) + x] = roundTo<Kel16s>(rows[i][x]);
+    }
+}
+
 // SMPTE 314M and IEC 61834-2, 2-4-8-DCT.
 static KelStatus forward248(Kel16s *pSrcDst) {
     if (anyNull(pSrcDst)) return kelStsNullPtrErr;
     Block8x8<Kel16s> block(pSrcDst);
     Rows rows;
-    for (int i = 0; i < 64; ++i) rows[i / 8][i % 8] = block.at[8 * lineAt(i / 8) + i % 8];
+    loadRows<lineAt>(block.at, rows);
     butterflies(rows);
     transformRows(rows, acrossForward.at);
     transformColumns(rows, downForward.at);
-    for (int i = 0; i < 64; ++i) block.at[i] = roundTo<Kel16s>(rows[i / 8][i % 8] * orthonormal);
+    storeRows<sameRow>(rows, block.at);
     block.storeTo(pSrcDst);
     return kelStsNoErr;
 }
@@ -75,11 +94,11 @@ static KelStatus inverse248(Kel16s *pSrcDst) {
     if (anyNull(pSrcDst)) return kelStsNullPtrErr;
     Block8x8<Kel16s> block(pSrcDst);
     Rows rows;
-    for (int i = 0; i < 64; ++i) rows[i / 8][i % 8] = block.at[i] * orthonormal;
+    loadRows<sameRow>(block.at, rows);
     transformRows(rows, across.at);
     transformColumns(rows, down.at);
     butterflies(rows);
-    for (int i = 0; i < 64; ++i) block.at[8 * lineAt(i / 8) + i % 8] = roundTo<Kel16s>(rows[i / 8][i % 8]);
+    storeRows<lineAt>(rows, block.at);
     block.storeTo(pSrcDst);
     return kelStsNoErr;
 }
