@@ -12,11 +12,12 @@ Kel32s *CHuffmanTables::pDecodeTable;
 int const *const CHuffman::pSrcTable[6] = {MBAdressing, MotionVector, IMBType, PMBType, BMBType, MBPattern};
 char const CHuffman::NameTable[6][nameLength] = {"MBAdressing", "MotionVector", "IMBType",
                                                  "PMBType",     "BMBType",      "MBPattern"};
+// Fixed, so that results stay comparable: BMBType has 11 codes.
 int const CHuffman::g_iDivisions[6] = {34, 33, 2, 7, 15, 64};
 
-// The first two count the codes of up to 14 bits.
 int const *const CHuffman_RL::pSrcTable[3] = {dct_coeff_first_RL, dct_coeff_next_RL, Table15};
 char const CHuffman_RL::NameTable[3][nameLength] = {"dct_coeff_first_RL", "dct_coeff_next_RL", "Table15"};
+// The first two leave out the codes of more than 15 bits with their sign.
 int const CHuffman_RL::g_iDivisions[3] = {159, 160, 224};
 
 Kel32u *CDVHuffman::pDecodeTable;
