@@ -9,11 +9,13 @@
 
 namespace kelvara {
 
+static_assert(McHF + McFH == McHH, "the position of both directions is their sum");
+
 // The position that the lowest bits of a motion vector in half samples tell, the horizontal one in bit 0. A
 // number that is none becomes no position.
 inline int mcTypeOfAcc(int acc) {
-    constexpr int mcTypes[] = {McFF, McHF, McFH, McHH};
-    return acc >= 0 && acc <= 3 ? mcTypes[acc] : -1;
+    if (acc < 0 || acc > 3) return -1;
+    return (acc & 1 ? McHF : McFF) + (acc & 2 ? McFH : McFF);
 }
 
 // ---- argument checks -----------------------------------------------------------
