@@ -4,15 +4,13 @@
 
 #include <cmath>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-namespace {
+#include "vectors.h"
 
-const kmType allTypes[] = {8,   16,   32,   64,   264,  272,  288,  320, 544,
-                           576, 1040, 1288, 1296, 1312, 1344, 1568, 1600};
+namespace {
 
 // All elements of the rows, plane behind plane, real parts only.
 std::vector<double> elements(kmImage const &image) {

@@ -2,7 +2,6 @@
 
 #include "km.h"
 
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>

@@ -6,24 +6,15 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "capture.h"
 #include "text.h"
+#include "vectors.h"
 
 namespace {
-
-const kmType allTypes[] = {8,   16,   32,   64,   264,  272,  288,  320, 544,
-                           576, 1040, 1288, 1296, 1312, 1344, 1568, 1600};
-
-// All 17 views in their order.
-std::vector<void *> views(kmVector const &v) {
-    return {v.p8u,   v.p16u,  v.p32u,  v.p64u,  v.p8s,  v.p16s, v.p32s,  v.p64s, v.p8sc,
-            v.p16sc, v.p16uc, v.p32sc, v.p64sc, v.p32f, v.p64f, v.p32fc, v.p64fc};
-}
 
 int countOf(std::vector<void *> const &pointers, void *pointer) {
     int n = 0;

@@ -1,4 +1,4 @@
-// scriptedclocks.h - a function under test whose clocks are written by the test.
+// scriptedclocks.h - a function under test whose clocks are written by the test, and a search on them.
 
 #ifndef RAKOVA_TESTS_SCRIPTEDCLOCKS_H
 #define RAKOVA_TESTS_SCRIPTEDCLOCKS_H
@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <string>
 #include <vector>
 
+#include "rkctrl.h"
+#include "rktest.h"
 #include "rktool.h"
 
 // What one measuring run is to find.
@@ -58,6 +61,19 @@ private:
     }
 
     std::vector<ScriptedRun> m_runs;
+};
+
+// A tool that searches for its loop count; everything but errors and warnings is silent unless a test asks
+// for more.
+class ScriptedSearch : public testing::Test {
+protected:
+    ScriptedSearch() { rkTest::initCtrlStatus(); }
+
+    rkResult autoTiming() { return tool.timing(ScriptedClocks::loop, nullptr, nullptr, nullptr); }
+    std::string comment() { return tool.m_comment.c_str(); }
+    std::string resultText() { return tool.m_resultText.c_str(); }
+
+    rkTool tool;
 };
 
 #endif
