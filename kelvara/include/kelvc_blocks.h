@@ -9,8 +9,8 @@
 extern "C" {
 #endif
 
-// kelvc.h tells what all functions share. All steps are in bytes and at least a row of the block, whatever the
-// element type. The name holds width x height.
+// kelvc.h tells what all functions share. All steps are in bytes and at least a row of the block, whatever
+// the element type. The name holds width x height.
 
 // clang-format off
 
