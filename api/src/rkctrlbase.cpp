@@ -30,26 +30,17 @@ struct BitText {
     char const *text;
 };
 
-// A "?" makes a status bad.
-const BitText exceptionStatusBits87[] = {
+// Both units, by the positions in the words of the x87. A "?" makes a status bad.
+const BitText exceptionStatusBits[] = {
     {1, "?Invalid "},  {2, "?Denormal "},   {4, "?Zerodivide "},
     {8, "?Overflow "}, {16, "?Underflow "}, {32, "_Inexact "},
 };
-const BitText exceptionStatusBitsSSX[] = {
-    {1, "?Invalid "},  {2, "?Denormal "},   {4, "?Zerodivide "},
-    {8, "?Overflow "}, {16, "?Underflow "}, {32, "_Inexact "},
-};
-const BitText exceptionControlBits87[] = {
+const BitText exceptionControlBits[] = {
     {1, "Invalid "},  {2, "Denormal "},   {4, "Zerodivide "},
     {8, "Overflow "}, {16, "Underflow "}, {32, "Inexact "},
 };
-const BitText exceptionControlBitsSSX[] = {
-    {128, "Invalid "},   {256, "Denormal "},   {512, "Zerodivide "},
-    {1024, "Overflow "}, {2048, "Underflow "}, {4096, "Inexact "},
-};
 const BitText precisionBits87[] = {{0, "24 "}, {512, "53 "}, {768, "64 "}};
-const BitText roundingBits87[] = {{3072, "Zero "}, {2048, "Up "}, {1024, "Down "}, {0, "Near "}};
-const BitText roundingBitsSSX[] = {{24576, "Zero "}, {16384, "Up "}, {8192, "Down "}, {0, "Near "}};
+const BitText roundingBits[] = {{3072, "Zero "}, {2048, "Up "}, {1024, "Down "}, {0, "Near "}};
 const BitText flushZeroBitSSX[] = {{32768, "FlushToZero "}, {0, "NoFlushToZero "}};
 
 } // namespace
@@ -112,12 +103,12 @@ void ts87Base::setDefault() {
 }
 
 rkString ts87Base::strSW(unsigned int sw) {
-    return orOk(bitTexts(exceptionStatusBits87, sw));
+    return orOk(bitTexts(exceptionStatusBits, sw));
 }
 
 rkString ts87Base::strCW(unsigned int cw) {
-    return fieldText(roundingBits87, cw & 3072) + fieldText(precisionBits87, cw & 768) +
-           bitTexts(exceptionControlBits87, cw);
+    return fieldText(roundingBits, cw & 3072) + fieldText(precisionBits87, cw & 768) +
+           bitTexts(exceptionControlBits, cw);
 }
 
 // ---- SIMD ---------------------------------------------------------------------
@@ -159,11 +150,12 @@ void tsSSXBase::destroy() {
 }
 
 rkString tsSSXBase::strExceptionState(unsigned int value) {
-    return m_hasSSX ? orOk(bitTexts(exceptionStatusBitsSSX, value)) : rkString(noSSX);
+    return m_hasSSX ? orOk(bitTexts(exceptionStatusBits, value)) : rkString(noSSX);
 }
 
 rkString tsSSXBase::strCW(unsigned int value) {
     if (!m_hasSSX) return noSSX;
-    return fieldText(roundingBitsSSX, value & 24576) + bitTexts(exceptionControlBitsSSX, value) +
+    // The rounding lies 3 bits above that of the x87, the masks 7.
+    return fieldText(roundingBits, value >> 3 & 3072) + bitTexts(exceptionControlBits, value >> 7) +
            fieldText(flushZeroBitSSX, value & 32768);
 }
