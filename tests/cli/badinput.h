@@ -3,7 +3,6 @@
 #ifndef RAKOVA_TESTS_BADINPUT_H
 #define RAKOVA_TESTS_BADINPUT_H
 
-#include "process.h"
 #include "program.h"
 
 // The programs stand in the directory of the test, so that files without a path land there.

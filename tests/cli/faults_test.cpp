@@ -3,7 +3,6 @@
 
 #include <map>
 
-#include "process.h"
 #include "program.h"
 
 namespace {

@@ -1,7 +1,6 @@
 // killed_test.cpp - a run that is killed in its middle: what was shown is in the table, what was there before
 // stays.
 
-#include "process.h"
 #include "program.h"
 
 namespace {

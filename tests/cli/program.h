@@ -4,9 +4,7 @@
 #define RAKOVA_TESTS_PROGRAM_H
 
 #include <gtest/gtest.h>
-#include <stdio.h>
 #include <stdlib.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -15,6 +13,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "process.h"
 
 using Lines = std::vector<std::string>;
 
@@ -77,13 +77,15 @@ protected:
 
     // A command of the shell, in the directory of the test. Only standard output is caught.
     Outcome shell(std::string const &command) const {
-        FILE *pipe = popen(("cd '" + m_dir + "' && " + command).c_str(), "r");
-        if (!pipe) return Outcome{-1, {}};
-        std::string text;
-        char buffer[4096];
-        for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) text.append(buffer, n);
-        int status = pclose(pipe);
-        return Outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, linesIn(text)};
+        int errors = dup(STDERR_FILENO);
+        Start start;
+        start.words = {"/bin/sh", "-c", command};
+        start.dir = m_dir;
+        start.prepare = [errors] { dup2(errors, STDERR_FILENO); };
+        start.seconds = 280;
+        Ended ended = runToEnd(start);
+        close(errors);
+        return Outcome{ended.status, linesIn(ended.text)};
     }
 
     void write(std::string const &name, std::string const &text) const { std::ofstream(path(name)) << text; }
