@@ -81,7 +81,7 @@ inline constexpr auto LumaDeblockingData =
 inline constexpr auto ChromaDeblockingData =
     makeDeblockingTable<chromaShape.bytes()>(chromaShape, {4, 1, {3, 7, 5, 2}}, chromaArrays);
 inline constexpr auto ChromaDeblockingDataNV12 =
-    makeDeblockingTable<interleavedShape.bytes()>(interleavedShape, {2, 2, {3, 3, 3, 2}}, chromaArrays);
+    makeDeblockingTable<interleavedShape.bytes()>(interleavedShape, {2, 2, {3, 3, 3, 3}}, chromaArrays);
 
 static_assert(lumaShape.bytes() == 356 && chromaShape.bytes() == 124 && interleavedShape.bytes() == 348);
 

@@ -175,8 +175,13 @@ void checkMethod(Expected const &expected) {
 
 void checkMemory(Expected const &expected) {
     runTest(findTest(expected.m_function, expected.m_test));
-    for (Block const &block : Sets::blocks())
-        ADD_FAILURE() << "a block of " << block.size << " bytes is left";
+    std::vector<int> left;
+    std::string text;
+    for (Block const &block : Sets::blocks()) {
+        left.push_back(block.size);
+        text += "a block of " + std::to_string(block.size) + " bytes is left\n";
+    }
+    EXPECT_EQ(left, expected.m_leaves) << text;
 }
 
 namespace {

@@ -85,6 +85,11 @@ Expected &Expected::updates(std::vector<int> blocks) {
     return *this;
 }
 
+Expected &Expected::leaves(std::vector<int> sizes) {
+    m_leaves = std::move(sizes);
+    return *this;
+}
+
 Expected &Expected::result(rkResult r) {
     m_result = r;
     return *this;

@@ -168,6 +168,10 @@ TEST_F(SuiteChecks, FindABlockThatIsLeft) {
     while (!suite::Sets::blocks().empty()) rkFree(suite::Sets::blocks().front().data);
 }
 
+TEST_F(SuiteChecks, FindThatABlockToBeLeftIsGone) {
+    EXPECT_TRUE(has(wrong(suite::checkMemory, fake().leaves({16}), None), "{ 16 }"));
+}
+
 TEST_F(SuiteChecks, FindWritesToOtherBlocks) {
     EXPECT_TRUE(has(wrong(suite::checkWrites, fake(), WritesSource), "{ 0, 1 }"));
     EXPECT_EQ(wrong(suite::checkWrites, fake().updates({0}), WritesSource), "");

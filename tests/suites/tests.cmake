@@ -21,6 +21,7 @@ rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 foreach(suite
         addblk
         blockdiff
+        deblocking
         huffman
         idct
         luma8x8
