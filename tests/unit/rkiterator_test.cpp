@@ -6,16 +6,9 @@
 #include "freshstart.h"
 #include "rkiterator.h"
 #include "text.h"
+#include "walk.h"
 
 namespace {
-
-// The values of a walk, each followed by a blank.
-template <class Parm>
-std::string walk(Parm &parm) {
-    std::string values;
-    for (bool ok = parm.firstValue(); ok; ok = parm.nextValue()) values += str(parm.valueString()) + " ";
-    return values;
-}
 
 // How a text is refused: msg() of the exception, or "accepted".
 template <class Parm>

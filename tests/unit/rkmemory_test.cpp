@@ -9,10 +9,10 @@
 
 #include <string>
 
+#include "capture.h"
 #include "freshstart.h"
 #include "rkmemory.h"
 #include "rkobject.h"
-#include "rkstream.h"
 
 namespace {
 
@@ -31,16 +31,9 @@ uintptr_t aligned(uintptr_t address, int align) {
 // What the log shows at the output level while action runs.
 template <class Action>
 std::string logged(int level, Action action) {
-    g_ostrm.push_back(&c_out);
-    OutputLevel before = g_ostrm.outLevel();
-    g_ostrm.setOutLevel(level);
-    testing::internal::CaptureStdout();
+    CaptureLog log(level);
     action();
-    g_ostrm.flush();
-    std::string text = testing::internal::GetCapturedStdout();
-    g_ostrm.setOutLevel(before);
-    g_ostrm.erase(g_ostrm.begin());
-    return text;
+    return log.text();
 }
 
 std::string hex(void *p) {

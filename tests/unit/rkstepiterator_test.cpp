@@ -7,22 +7,9 @@
 #include "freshstart.h"
 #include "rkstepiterator.h"
 #include "text.h"
+#include "walk.h"
 
 namespace {
-
-const int walkBound = 1000;
-
-// The values of a walk, each followed by a blank; "..." if it goes on beyond the bound.
-template <class T>
-std::string walk(rkStepIterator<T> &parm) {
-    std::string values;
-    int steps = 0;
-    for (bool ok = parm.firstValue(); ok; ok = parm.nextValue()) {
-        if (++steps > walkBound) return "...";
-        values += str(parm.valueString()) + " ";
-    }
-    return values;
-}
 
 // The walk of a text, or the message that refuses it.
 template <class T>

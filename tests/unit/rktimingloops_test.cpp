@@ -372,10 +372,8 @@ TEST_F(RkTimingLoops, RunOfCallsWithoutAFunctionIsAnInternalErrorOfItsOwn) {
 
 // ---- surroundings -------------------------------------------------------------
 
-TEST_F(RkTimingLoops, RunIsTracedGuardedAndRaised) {
-    rkTool::m_priority = 4; // saves the priority and changes nothing
-    tool.m_funcLoop = observe;
-    tool.runTimFunc(8, &perCall, false);
+// What holds of the run that was observed, and behind it.
+static void expectGuarded() {
     EXPECT_EQ(s_step, "kelFunctionCalls");
     EXPECT_TRUE(s_raised);
     EXPECT_FALSE(_bSavedPrio);
@@ -384,18 +382,20 @@ TEST_F(RkTimingLoops, RunIsTracedGuardedAndRaised) {
     EXPECT_TRUE(g_trace.empty());
 }
 
+TEST_F(RkTimingLoops, RunIsTracedGuardedAndRaised) {
+    rkTool::m_priority = 4; // saves the priority and changes nothing
+    tool.m_funcLoop = observe;
+    tool.runTimFunc(8, &perCall, false);
+    expectGuarded();
+}
+
 TEST_F(RkTimingLoops, StatisticRunIsTracedGuardedAndRaised) {
     rkTool::m_priority = 4;
     tool.m_funcStat = observeStat;
     int calls = 8;
     tool.runTimFuncStat(0, &calls, &perCall);
     EXPECT_EQ(perCall, 10.0);
-    EXPECT_EQ(s_step, "kelFunctionCalls");
-    EXPECT_TRUE(s_raised);
-    EXPECT_FALSE(_bSavedPrio);
-    EXPECT_NE(g_ctrl87.getCW(), 0u);
-    EXPECT_NE(g_ssx.get(), 0u);
-    EXPECT_TRUE(g_trace.empty());
+    expectGuarded();
 }
 
 TEST_F(RkTimingLoops, GuardsClearTheX87FlagsAndKeepTheSumOfAllRuns) {
