@@ -2,11 +2,8 @@
 // that the sets of data do what they are for.
 
 #include <algorithm>
-#include <cstring>
 
 #include "../unit/text.h"
-#include "deblockingtablesavs.h"
-#include "deblockingtablesh264.h"
 #include "kmvc.h"
 #include "spy.h"
 #include "suitetest.h"
@@ -92,13 +89,6 @@ void note(Kel8u *p, int step, Kel8u const *a, Kel8u const *b, Kel8u const *t, Ke
 
 void note(KeliDeblockingInfo const *info) {
     note(info->pSrcDst, info->srcDstStep, info->pAlpha, info->pBeta, info->pThresholds, info->pStrengths);
-}
-
-// The blocks of the test in hand: those of other files, which stay behind, are older.
-std::vector<suite::Block> poolInHand() {
-    std::vector<suite::Block> blocks = suite::Sets::blocks();
-    if (blocks.size() > 5) blocks.erase(blocks.begin(), blocks.end() - 5);
-    return blocks;
 }
 
 class Deblocking : public suite::SuiteTest {
@@ -223,7 +213,7 @@ TEST_F(Deblocking, InterleavedFormsStayInTheirPoolInALongRun) {
         rkTest *test = suite::findTest(place.function);
         suite::Sets sets(test);
         ASSERT_TRUE(sets.next());
-        const int size = poolInHand()[0].size;
+        const int size = suite::Sets::blocks()[0].size;
         statistic(test, 20000);
         const auto startsOver = [&](FilterCall const &call) { return call.plane == place.first; };
         EXPECT_TRUE(std::any_of(g_calls.begin(), g_calls.end(), startsOver));
@@ -290,230 +280,6 @@ TEST_F(Deblocking, HorizontalEdgesDoNotShowTheParameterOfTheCacheLine) {
     }
 }
 
-// ---- the pools ---------------------------------------------------------------------------------
-
-// All samples of each block and its arrays, read back from where the filter expects them.
-TEST_F(Deblocking, LumaBlocksStandTurnedOrSideBySide) {
-    auto const &table = h264::LumaDeblockingData;
-    for (int form = 0; form < 2; ++form) {
-        suite::Sets sets(suite::findTest(pooled[form].function));
-        for (int n = 0; sets.next(); ++n) {
-            std::vector<suite::Block> blocks = poolInHand();
-            const int shift = n < 4 ? 0 : 16;
-            for (int i = 0; i < 1000; ++i) {
-                Kel8u const *record = table.record(n % 4, i % 4);
-                for (int k = 0; k < 20; ++k) {
-                    for (int j = 0; j < 16; ++j) {
-                        const int at = form ? k * 16000 + i * 16 + j : 512 * i + k + 32 * j + shift + 12;
-                        ASSERT_EQ(blocks[0].data[at], record[16 * k + j]) << i << ", " << k << ", " << j;
-                    }
-                }
-                ASSERT_EQ(memcmp(blocks[1].data + 2 * i, record + 320, 2), 0);
-                ASSERT_EQ(memcmp(blocks[2].data + 2 * i, record + 322, 2), 0);
-                ASSERT_EQ(memcmp(blocks[3].data + 16 * i, record + 324, 16), 0);
-                ASSERT_EQ(memcmp(blocks[4].data + 16 * i, record + 340, 16), 0);
-            }
-        }
-    }
-}
-
-TEST_F(Deblocking, PairsStandBesideEachOtherInTurnedBlocks) {
-    auto const &table = h264::ChromaDeblockingDataNV12;
-    suite::Sets sets(suite::findTest(paired[0].function));
-    for (int set = 0; sets.next(); ++set) {
-        std::vector<suite::Block> blocks = poolInHand();
-        const int shift = set < 4 ? 0 : 56;
-        for (int i = 0; i < 16001; ++i) {
-            Kel8u const *record = table.record(set % 4, i % 4);
-            for (int n = 0; n <= 18; n += 2) {
-                for (int m = 0; m < 8; ++m) {
-                    Kel8u const *pair = blocks[0].data + (m + 8 * i) * 64 + n + shift + 4;
-                    ASSERT_EQ(pair[0], record[m + 8 * n]);
-                    ASSERT_EQ(pair[1], record[m + 8 * n + 1]);
-                }
-            }
-        }
-    }
-}
-
-// The later half of the blocks lies over rows of the first half.
-TEST_F(Deblocking, PairsSideBySideOverlap) {
-    auto const &table = h264::ChromaDeblockingDataNV12;
-    suite::Sets sets(suite::findTest(paired[1].function));
-    ASSERT_TRUE(sets.next());
-    Kel8u const *pool = poolInHand()[0].data;
-    for (int i = 0; i < 1000; ++i) {
-        Kel8u const *record = table.record(0, i % 4);
-        for (int k = 0; k < 12; ++k) {
-            Kel8u const *row = record + 16 * (i < 500 && k > 0 ? k - 1 : k);
-            ASSERT_EQ(memcmp(pool + i * 16 + k * 8000, row, 8), 0) << i << ", " << k;
-            ASSERT_EQ(pool[i * 16 + k * 8000 + 8], 2) << "the vectors' constant";
-        }
-    }
-}
-
-// Thresholds of 4:2:2 run on into the strengths; arrays of AVS are shorter than their copies.
-TEST_F(Deblocking, ArraysAreCopiedInThePoolsSizes) {
-    struct {
-        char const *function;
-        Kel8u const *table;
-        int record, alpha, beta, thresholds, strengths, count;
-    } const cases[] = {
-        {repeated[0].function, h264::ChromaDeblockingData.bytes, 124, 96, 98, 100, 108, 16},
-        {repeated[2].function, avs::LumaDeblockingData.bytes, 330, 320, 322, 324, 326, 16},
-        {repeated[5].function, avs::ChromaDeblockingData.bytes, 103, 96, 97, 98, 99, 8},
-    };
-    for (auto const &c : cases) {
-        SCOPED_TRACE(c.function);
-        suite::Sets sets(suite::findTest(c.function));
-        for (int set = 0; sets.next(); ++set) {
-            std::vector<suite::Block> blocks = poolInHand();
-            for (int i = 0; i < 1000; ++i) {
-                Kel8u const *record = c.table + (set % 4 * 4 + i % 4) * c.record;
-                ASSERT_EQ(memcmp(blocks[1].data + 2 * i, record + c.alpha, 2), 0);
-                ASSERT_EQ(memcmp(blocks[2].data + 2 * i, record + c.beta, 2), 0);
-                ASSERT_EQ(memcmp(blocks[3].data + c.count * i, record + c.thresholds, c.count), 0);
-                ASSERT_EQ(memcmp(blocks[4].data + 16 * i, record + c.strengths, 16), 0);
-            }
-        }
-    }
-}
-
-// ---- what the sets are for -------------------------------------------------------------------
-
-namespace {
-
-// Lines across the edge n of the luma record in hand that the filter changes; the whole strip is filtered
-// once, call after call.
-struct ChangedLines {
-    int lines[4][4][4] = {}; // record, edge, segment: lines with a change on either side
-    int deep[4][4] = {};     // record, segment: lines whose third sample in front of the first edge changes
-};
-
-ChangedLines changedLines(int set) {
-    rkTest *test = suite::findTest("keliFilterDeblockingLuma_HorEdge_H264_8u_C1IR");
-    suite::Sets sets(test);
-    for (int i = 0; i <= set; ++i) EXPECT_TRUE(sets.next());
-    suite::Block pool = poolInHand()[0];
-    const std::vector<Kel8u> before(pool.data, pool.data + pool.size);
-    ChangedLines changed;
-    for (int record = 0; record < 4; ++record) {
-        EXPECT_EQ(sets.call(), 0);
-        const int block = record + set * 4; // calls go on from set to set
-        for (int col = 0; col < 16; ++col) {
-            const auto differs = [&](int row) {
-                const int at = row * 16000 + block % 4 * 16 + col;
-                return pool.data[at] != before[at];
-            };
-            for (int edge = 0; edge < 4; ++edge)
-                changed.lines[record][edge][col / 4] += differs(4 * edge + 3) || differs(4 * edge + 4);
-            changed.deep[record][col / 4] += differs(1);
-        }
-    }
-    return changed;
-}
-
-} // namespace
-
-TEST_F(Deblocking, Set0FiltersEveryEdgeAndTheFirstOneStrongly) {
-    ChangedLines changed = changedLines(0);
-    for (int record = 0; record < 4; ++record) {
-        for (int segment = 0; segment < 4; ++segment) {
-            EXPECT_EQ(changed.deep[record][segment], 4);
-            for (int edge = 0; edge < 4; ++edge) EXPECT_EQ(changed.lines[record][edge][segment], 4);
-        }
-    }
-}
-
-TEST_F(Deblocking, Set1FiltersEveryEdge) {
-    ChangedLines changed = changedLines(1);
-    for (int record = 0; record < 4; ++record) {
-        for (int i = 0; i < 16; ++i) EXPECT_EQ(changed.lines[record][i / 4][i % 4], 4) << record << ", " << i;
-    }
-}
-
-TEST_F(Deblocking, Set2SkipsTheSegmentsOfStrength0AndNoOthers) {
-    ChangedLines changed = changedLines(2);
-    for (int record = 0; record < 4; ++record) {
-        for (int i = 0; i < 16; ++i) {
-            const bool skipped = h264::lumaArrays[2][record].strengths[i] == 0;
-            EXPECT_EQ(changed.lines[record][i / 4][i % 4], skipped ? 0 : 4) << record << ", " << i;
-        }
-    }
-}
-
-TEST_F(Deblocking, Set3LeavesTheFirstEdgeAloneAndWorksInside) {
-    ChangedLines changed = changedLines(3);
-    for (int record = 0; record < 4; ++record) {
-        int inside = 0, lines = 0;
-        for (int i = 0; i < 16; ++i) (i < 4 ? lines : inside) += changed.lines[record][i / 4][i % 4];
-        EXPECT_EQ(lines, 0) << record;
-        EXPECT_GT(inside, 0) << record;
-        EXPECT_LT(inside, 40) << record << ": texture is left as it is";
-    }
-}
-
-TEST_F(Deblocking, Set3Succeeds) {
-    for (Expected const &expected : luma) EXPECT_EQ(run(expected.m_function).result, rkResSuccess);
-    for (Expected const &expected : avsLuma) EXPECT_EQ(run(expected.m_function).result, rkResSuccess);
-}
-
-// After a default run each block differs from its copy, as if filtered once.
-TEST_F(Deblocking, ADefaultRunLeavesEachBlockFilteredOnce) {
-    rkTest *test = suite::findTest("keliFilterDeblockingLuma_VerEdge_H264_8u_C1IR");
-    suite::Sets sets(test);
-    for (int set = 0; set < 4; ++set) {
-        ASSERT_TRUE(sets.next());
-        suite::Block pool = poolInHand()[0];
-        std::vector<Kel8u> expected(pool.data, pool.data + pool.size);
-        const std::vector<Kel8u> before = expected;
-        for (int i = 0; i < 1000; ++i) {
-            DeblockingArrays const &arrays = h264::lumaArrays[set][i % 4];
-            keliFilterDeblockingLuma_VerEdge_H264_8u_C1IR(expected.data() + 512 * i + 16, 32, arrays.alpha,
-                                                          arrays.beta, arrays.thresholds, arrays.strengths);
-            ASSERT_NE(memcmp(&expected[512 * i + 12], &before[512 * i + 12], 500), 0) << "block " << i;
-        }
-        statistic(test, 999);
-        EXPECT_EQ(memcmp(pool.data, expected.data(), expected.size()), 0) << "set " << set;
-    }
-}
-
-TEST_F(Deblocking, EveryFormHasWorkInEverySet) {
-    for (std::vector<Expected> const *list : {&luma, &chroma, &chroma422, &avsLuma, &avsChroma}) {
-        for (Expected const &expected : *list) {
-            rkTest *test = suite::findTest(expected.m_function);
-            suite::Sets sets(test);
-            for (int set = 0; sets.next(); ++set) {
-                suite::Block pool = poolInHand()[0];
-                const std::vector<Kel8u> before(pool.data, pool.data + pool.size);
-                statistic(test, 3);
-                EXPECT_NE(memcmp(pool.data, before.data(), before.size()), 0)
-                    << expected.m_function << ", set " << set;
-            }
-        }
-    }
-}
-
-// ---- values that a user enters ------------------------------------------------------------------
-
-TEST_F(Deblocking, ValuesBeyondTheTablesAreLimited) {
-    rkTest *test = suite::findTest("keliFilterDeblockingLuma_VerEdge_H264_8u_C1IR");
-    suite::Sets sets(test);
-    auto parm = test->m_parms.begin();
-    (*parm)->translate("-7; 1000000");
-    (*++parm)->translate("-1; 4; 2000000000");
-    int count = 0;
-    for (; sets.next(); ++count) {
-        const int set = count % 3 ? 3 : 0;
-        const int shift = count / 3 ? 16 : 0;
-        std::vector<suite::Block> blocks = poolInHand();
-        EXPECT_EQ(blocks[0].data[12 + shift], h264::LumaDeblockingData.record(set, 0)[0]);
-        EXPECT_EQ(memcmp(blocks[1].data, h264::lumaArrays[set][0].alpha, 2), 0);
-        EXPECT_EQ(sets.call(), 0);
-    }
-    EXPECT_EQ(count, 6);
-}
-
 // ---- the edge between frame and field macroblocks ----------------------------------------------------
 
 TEST_F(Deblocking, MixedEdgesStandInARampWithConstantArrays) {
@@ -521,8 +287,8 @@ TEST_F(Deblocking, MixedEdgesStandInARampWithConstantArrays) {
         suite::Sets sets(suite::findTest(expected.m_function));
         int count = 0;
         for (; sets.next(); ++count) {
-            ASSERT_EQ(poolInHand().size(), 1u);
-            suite::Block block = poolInHand()[0];
+            ASSERT_EQ(suite::Sets::blocks().size(), 1u);
+            suite::Block block = suite::Sets::blocks()[0];
             for (int i = 0; i < 1024; ++i) ASSERT_EQ(block.data[i], i / 32 + i % 32 + 100);
             g_calls.clear();
             EXPECT_EQ(sets.call(), 0);
