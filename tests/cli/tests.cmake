@@ -5,27 +5,20 @@ endif()
 
 # rakova_cli_test(name source): a test that starts RAKOVA or RAKOVA_BARE, with the helpers of cli/program.h
 function(rakova_cli_test name source)
-    rakova_test(${name} ${source})
-    target_compile_definitions(${name} PRIVATE
-        RAKOVA="$<TARGET_FILE:rakova>" RAKOVA_BARE="$<TARGET_FILE:rakova_bare>")
-    add_dependencies(${name} rakova rakova_bare)
+    rakova_test(${name} ${source} LIBS util) # openpty
+    rakova_test_file(${name} RAKOVA rakova)
+    rakova_test_file(${name} RAKOVA_BARE rakova_bare)
 endfunction()
 
-rakova_cli_test(program_test cli/program_test.cpp)
-rakova_cli_test(keys_test cli/keys_test.cpp)
-rakova_cli_test(paths_test cli/paths_test.cpp)
-rakova_cli_test(cfgfile_test cli/cfgfile_test.cpp)
-rakova_cli_test(console_test cli/console_test.cpp)
-rakova_cli_test(inifile_test cli/inifile_test.cpp)
-rakova_cli_test(effects_test cli/effects_test.cpp)
-rakova_cli_test(golden_test cli/golden_test.cpp)
+foreach(subject cfgfile console effects golden inifile keys paths program)
+    rakova_cli_test(${subject}_test cli/${subject}_test.cpp)
+endforeach()
 
 # A program of the framework and one test file.
 add_executable(sample cli/sample.cpp)
 target_link_libraries(sample PRIVATE rakova_main)
 rakova_cli_test(sample_test cli/sample_test.cpp)
-target_compile_definitions(sample_test PRIVATE SAMPLE="$<TARGET_FILE:sample>")
-add_dependencies(sample_test sample)
+rakova_test_file(sample_test SAMPLE sample)
 
 # ---- pages ---------------------------------------------------------------------------
 
@@ -44,9 +37,7 @@ add_executable(faulty cli/faulty.cpp)
 target_link_libraries(faulty PRIVATE rakova_main)
 foreach(subject faults killed badkeys badfiles badanswers fulldisk)
     rakova_cli_test(${subject}_test cli/${subject}_test.cpp)
-    target_compile_definitions(${subject}_test PRIVATE FAULTY="$<TARGET_FILE:faulty>")
-    target_link_libraries(${subject}_test PRIVATE util) # openpty
-    add_dependencies(${subject}_test faulty)
+    rakova_test_file(${subject}_test FAULTY faulty)
 endforeach()
 
 # ---- other builds of the library ----------------------------------------------------

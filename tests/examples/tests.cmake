@@ -3,5 +3,4 @@ add_executable(cachecopy ${PROJECT_SOURCE_DIR}/examples/cachecopy.cpp ${PROJECT_
     examples/smallcache.cpp)
 target_link_libraries(cachecopy PRIVATE rakova_primitives rakova_main)
 rakova_test(cachecopy_test examples/cachecopy_test.cpp)
-target_compile_definitions(cachecopy_test PRIVATE RAKOVA="$<TARGET_FILE:cachecopy>")
-add_dependencies(cachecopy_test cachecopy)
+rakova_test_file(cachecopy_test RAKOVA cachecopy)

@@ -7,32 +7,21 @@ rakova_test(kelvara_core_test kelvara/core_test.cpp LIBS kelcore)
 rakova_test(kelvara_processor_test kelvara/processor_test.cpp LIBS kelcore)
 target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/core/processor.cpp)
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
-rakova_test(kelvara_sad_test kelvara/sad_test.cpp LIBS kelvc)
-rakova_test(kelvara_satd_test kelvara/satd_test.cpp LIBS kelvc)
-rakova_test(kelvara_sadn_test kelvara/sadn_test.cpp LIBS kelvc)
-rakova_test(kelvara_sumsdiff_test kelvara/sumsdiff_test.cpp LIBS kelvc)
-rakova_test(kelvara_edges_test kelvara/edges_test.cpp LIBS kelvc)
-rakova_test(kelvara_deblocking_test kelvara/deblocking_test.cpp LIBS kelvc)
-rakova_test(kelvara_compensation_test kelvara/compensation_test.cpp LIBS kelvc)
-rakova_test(kelvara_differences_test kelvara/differences_test.cpp LIBS kelvc)
-rakova_test(kelvara_variance_test kelvara/variance_test.cpp LIBS kelvc)
-rakova_test(kelvara_quantise_test kelvara/quantise_test.cpp LIBS kelvc)
-rakova_test(kelvara_idct_test kelvara/idct_test.cpp LIBS kelvc)
-rakova_test(kelvara_dct248_test kelvara/dct248_test.cpp LIBS kelvc)
-rakova_test(kelvara_vlctable_test kelvara/vlctable_test.cpp LIBS kelvc)
-rakova_test(kelvara_blocks_test kelvara/blocks_test.cpp LIBS kelvc)
-rakova_test(kelvara_scan_test kelvara/scan_test.cpp LIBS kelvc)
-rakova_test(kelvara_transform8x8_test kelvara/transform8x8_test.cpp LIBS kelvc)
+foreach(subject
+        blocks compensation dct248 deblocking differences edges idct quantise sad sadn satd scan sumsdiff
+        transform8x8 variance vlctable)
+    rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
+endforeach()
 
 # ---- exports and headers --------------------------------------------------------
 
 set(kelvara_include ${CMAKE_SOURCE_DIR}/kelvara/include)
 rakova_test(kelvara_exports_test kelvara/exports_test.cpp)
-add_dependencies(kelvara_exports_test kelcore kels keli kelvc)
-target_compile_definitions(kelvara_exports_test PRIVATE
-    KELVARA_INCLUDE="${kelvara_include}"
-    KELVARA_LIB_KELCORE="$<TARGET_FILE:kelcore>" KELVARA_LIB_KELS="$<TARGET_FILE:kels>"
-    KELVARA_LIB_KELI="$<TARGET_FILE:keli>" KELVARA_LIB_KELVC="$<TARGET_FILE:kelvc>")
+target_compile_definitions(kelvara_exports_test PRIVATE KELVARA_INCLUDE="${kelvara_include}")
+foreach(lib kelcore kels keli kelvc)
+    string(TOUPPER ${lib} upper)
+    rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
+endforeach()
 
 foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC

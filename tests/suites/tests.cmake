@@ -19,18 +19,8 @@ target_link_libraries(suitechecks PUBLIC suitetest)
 rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
-        addblk
-        blockdiff
-        deblocking
-        huffman
-        idct
-        luma8x8
-        motioncompensation
-        motionestimation
-        quantise
-        scan
-        timvcsad
-        variance)
+        addblk blockdiff deblocking huffman idct luma8x8 motioncompensation motionestimation quantise scan
+        timvcsad variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
 target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
@@ -39,5 +29,4 @@ rakova_test(deblockingdata_test suites/deblockingdata_test.cpp LIBS suitetest ra
 # ---- the program with all suites ----------------------------------------------------------
 
 rakova_test(wholeprogram_test suites/wholeprogram_test.cpp LIBS rakova_suites)
-target_compile_definitions(wholeprogram_test PRIVATE RAKOVA="$<TARGET_FILE:rakova>")
-add_dependencies(wholeprogram_test rakova)
+rakova_test_file(wholeprogram_test RAKOVA rakova)
