@@ -16,8 +16,7 @@ static const DeblockingLayout horizontalC1 = stripOfBlocks(h264::chromaShape, 96
 // statistic of 1000 calls fit; a longer run starts over.
 static const int verticalBlocks = 8 * 2 * deblockingBlocks + 1;
 
-// The first ten rows of the record become pairs of columns; a pair is two neighbours of
-// a row.
+// The first ten rows of the record become pairs of columns; a pair is two neighbours of a row.
 static constexpr DeblockingLayout turnedPairs() {
     DeblockingLayout layout =
         turnedBlocks(h264::interleavedShape, 512 * verticalBlocks + 64, 512, 64, 4, 56, 8);
