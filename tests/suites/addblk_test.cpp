@@ -162,7 +162,9 @@ KelStatus keliAddC8x8_16s8u_C1IR(Kel16s value, Kel8u *d, int ds) {
 TEST_F(AddBlk, CallsTakeTheirOperandsFromTheirPictures) {
     for (Operation const &o : operations) {
         suite::Outcome outcome;
-        for (SeenCall call : callsOf(outcome, o.function)) {
+        std::vector<SeenCall> calls = callsOf(outcome, o.function);
+        EXPECT_EQ(calls.size(), o.halfSamples ? 8u : 1u) << o.function;
+        for (SeenCall &call : calls) {
             if (o.halfSamples) call.args.resize(call.args.size() - 2);
             expectArgs(call, o.args, sizesOf(o));
         }

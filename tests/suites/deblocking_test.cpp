@@ -71,6 +71,7 @@ const std::vector<Expected> avsChroma = {
 struct FilterCall {
     long long plane, alpha, beta, thresholds, strengths; // bytes from the start of the block
     int step;
+    Kel8u const *alphas, *betas, *thresholdBytes, *strengthBytes; // as they were passed
 };
 
 std::vector<FilterCall> g_calls;
@@ -84,7 +85,7 @@ long long placeOf(void const *p) {
 }
 
 void note(Kel8u *p, int step, Kel8u const *a, Kel8u const *b, Kel8u const *t, Kel8u const *s) {
-    g_calls.push_back({placeOf(p), placeOf(a), placeOf(b), placeOf(t), placeOf(s), step});
+    g_calls.push_back({placeOf(p), placeOf(a), placeOf(b), placeOf(t), placeOf(s), step, a, b, t, s});
 }
 
 void note(KeliDeblockingInfo const *info) {
@@ -269,6 +270,7 @@ TEST_F(Deblocking, BlocksGoOnFromSetToSetAndStartOverWithTheTest) {
 }
 
 TEST_F(Deblocking, HorizontalEdgesDoNotShowTheParameterOfTheCacheLine) {
+    int forms = 0;
     for (rkTest *test : *pTestList) {
         const std::string name = str(test->m_name);
         if (name.find("FilterDeblocking") == std::string::npos || name.find("HorEdge") == std::string::npos)
@@ -277,10 +279,23 @@ TEST_F(Deblocking, HorizontalEdgesDoNotShowTheParameterOfTheCacheLine) {
         run(name);
         ASSERT_EQ(test->m_parms.size(), 1) << name;
         EXPECT_EQ(str((*test->m_parms.begin())->m_name), "deblocking_type");
+        ++forms;
     }
+    EXPECT_EQ(forms, 6);
 }
 
 // ---- the edge between frame and field macroblocks ----------------------------------------------------
+
+namespace {
+
+void expectConstantArrays(FilterCall const &call, int beta, int strength) {
+    EXPECT_EQ(call.alphas[0], 12);
+    EXPECT_EQ(call.betas[0], beta);
+    for (int i = 0; i < 16; ++i) EXPECT_EQ(call.thresholdBytes[i], 1) << i;
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(call.strengthBytes[i], strength) << i;
+}
+
+} // namespace
 
 TEST_F(Deblocking, MixedEdgesStandInARampWithConstantArrays) {
     for (Expected const &expected : mbaff) {
@@ -295,6 +310,7 @@ TEST_F(Deblocking, MixedEdgesStandInARampWithConstantArrays) {
             ASSERT_EQ(g_calls.size(), 1u);
             EXPECT_EQ(g_calls[0].plane, 144);
             EXPECT_EQ(g_calls[0].step, 32);
+            expectConstantArrays(g_calls[0], count / 2 ? 12 : 6, count % 2 ? 4 : 1);
         }
         EXPECT_EQ(count, 4);
     }
