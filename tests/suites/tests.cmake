@@ -24,6 +24,7 @@ foreach(suite
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
 target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
+rakova_test(codetables_test suites/codetables_test.cpp LIBS rakova_suites)
 rakova_test(deblockingdata_test suites/deblockingdata_test.cpp LIBS suitetest rakova_suites)
 
 # ---- the program with all suites ----------------------------------------------------------
