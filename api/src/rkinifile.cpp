@@ -2,6 +2,8 @@
 
 #include "rkinifile.h"
 
+#include <sys/stat.h>
+
 #include "rkstream.h"
 
 static char const noValue[] = "~~~";
@@ -161,11 +163,18 @@ rkIniFile::~rkIniFile() {
     close();
 }
 
+// Such a file may never end, and holds no parameters: it is read as an empty one.
+static bool isDevice(FILE *file) {
+    struct stat status;
+    return fstat(fileno(file), &status) == 0 && S_ISCHR(status.st_mode);
+}
+
 bool rkIniFile::open(rkString name, bool write) {
     m_fileName = name;
     m_writable = write;
     i_stream file(name, io_stream::Read | io_stream::AsIs, !write);
     if (file.m_file) {
+        if (isDevice(file.m_file)) return true;
         IniReader reader(*this);
         rkString line;
         while (file.getline(line)) reader.takeLine(line);

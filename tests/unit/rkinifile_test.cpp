@@ -3,6 +3,7 @@
 #include "rkinifile.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "rkstream.h"
 #include "tempdir.h"
@@ -362,4 +363,14 @@ TEST_F(IniFile, DeleteKeyTakesOneKey) {
     m_ini.deleteKey("s", "absent");
     m_ini.deleteKey("absent", "a");
     EXPECT_EQ(all(), "[s] a=1 c=3 ");
+}
+
+TEST(IniFileDevice, AFileThatNeverEndsIsReadAsAnEmptyOne) {
+    alarm(20); // ends a reading that goes on for ever
+    for (char const *name : {"/dev/zero", "/dev/urandom"}) {
+        rkIniFile ini;
+        EXPECT_TRUE(ini.open(name, false)) << name;
+        EXPECT_TRUE(ini.m_sections.empty()) << name;
+    }
+    alarm(0);
 }
