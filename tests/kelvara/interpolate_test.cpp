@@ -203,8 +203,7 @@ TEST(KelvaraInterpolate, RowsOutsideRepeatTheBorderHoweverManyThereAre) {
     }
 }
 
-// Sums of the half samples in both directions pass 8 bits in both directions: they are not rounded in
-// between.
+// The data above really meet the limits, at every position between full samples.
 TEST(KelvaraInterpolate, DataReachTheLimitsOfAllPositions) {
     for (int position = 1; position < 16; ++position) {
         int low = 0, high = 0;

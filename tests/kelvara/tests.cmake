@@ -8,8 +8,8 @@ rakova_test(kelvara_processor_test kelvara/processor_test.cpp LIBS kelcore)
 target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/core/processor.cpp)
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
-        bits blocks compensation dct248 deblocking differences edges idct interpolate quantise sad sadn satd scan sumsdiff
-        transform8x8 variance vlctable weightedprediction)
+        bits blocks compensation dct248 deblocking differences edges idct interpolate quantise sad sadn satd
+        scan sumsdiff transform8x8 variance vlctable weightedprediction)
     rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
 endforeach()
 
