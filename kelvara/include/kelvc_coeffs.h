@@ -32,17 +32,6 @@ KELAPI KelStatus keliQuant_MPEG2_16s_C1I(Kel16s *pSrcDst, int quantiserScale, co
 KELAPI KelStatus keliQuantInvIntra_MPEG2_16s_C1I(Kel16s *pSrcDst, int quantiserScale, const Kel16s *pMatrix);
 KELAPI KelStatus keliQuantInv_MPEG2_16s_C1I(Kel16s *pSrcDst, int quantiserScale, const Kel16s *pMatrix);
 
-// Inverse quantisation of DV coefficients in place: each is multiplied by its step of the 64 of pMatrix and
-// limited to the 16s range. DV does not quantise DC: its step is 1.
-KELAPI KelStatus keliQuantInv_DV_16s_C1I(Kel16s *pSrcDst, const Kel16s *pMatrix);
-
-// The 2-4-8 transform of DV (SMPTE 314M, IEC 61834-2) in place, orthonormal as a whole: the four sums and the
-// four differences of the lines 2z and 2z + 1 go, each set by itself, through an 8-point transform across and a
-// 4-point one down. Coefficients of the sums are rows 0 to 3, of the differences rows 4 to 7. Results are
-// rounded to the nearest and limited to the 16s range.
-KELAPI KelStatus keliDCT2x4x8Frw_16s_C1I(Kel16s *pSrcDst);
-KELAPI KelStatus keliDCT2x4x8Inv_16s_C1I(Kel16s *pSrcDst);
-
 // Stores how many of the 64 coefficients are 0.
 KELAPI KelStatus keliCountZeros8x8_16s_C1(const Kel16s *pSrc, int *pCount);
 
@@ -78,14 +67,6 @@ KELAPI KelStatus keliHuffmanRunLevelTableInitAlloc_32s(const Kel32s *pCodes, Kel
 
 // Takes null too.
 KELAPI void keliHuffmanTableFree_32s(Kel32s *pTable);
-
-// The table for the codes of DV in the same form as of the RunLevel codes; the values have the sign and the
-// codes the sign bit. pCodes1 and pCodes2 are one list in two parts, each ended by 0. An element is a code
-// without its sign bit, with a 1 in front so that leading zeros count, in the upper half, its run in the third
-// byte and its amplitude in the lowest. No sign follows an amplitude of 0: that is run + 1 zeros, or for run
-// 127 the end of the block. Errors as above.
-KELAPI KelStatus keliInitAllocHuffmanTable_DV_32u(const Kel32u *pCodes1, const Kel32u *pCodes2, Kel32u **ppTable);
-KELAPI void keliFreeHuffmanTable_DV_32u(Kel32u *pTable);
 
 // clang-format on
 
