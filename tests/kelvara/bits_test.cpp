@@ -223,32 +223,35 @@ TEST(KelvaraBits, PositionsThatAreNoneAreRefused) {
 
 TEST(KelvaraEvents, RunsCountTheZerosInFrontOfALevel) {
     const auto block = blockOf({{0, 7}, {1, -1}, {5, 3}, {63, -2048}});
-    BlockEvents events;
-    ASSERT_TRUE(eventsOf(block, scanOrder(ScanNone), 0, 4, events));
-    expectEvents(events, {{0, 0, 7}, {0, 0, -1}, {0, 3, 3}, {1, 57, -2048}});
-    ASSERT_TRUE(eventsOf(block, scanOrder(ScanNone), 1, 3, events));
-    expectEvents(events, {{0, 0, -1}, {0, 3, 3}, {1, 57, -2048}});
+    expectEvents(someEventsOf(block, scanOrder(ScanNone), 0, 4),
+                 {{0, 0, 7}, {0, 0, -1}, {0, 3, 3}, {1, 57, -2048}});
+    expectEvents(someEventsOf(block, scanOrder(ScanNone), 1, 3), {{0, 0, -1}, {0, 3, 3}, {1, 57, -2048}});
 }
 
 TEST(KelvaraEvents, CountEndsTheBlock) {
     const auto block = blockOf({{0, 7}, {1, -1}, {5, 3}});
-    BlockEvents events;
-    ASSERT_TRUE(eventsOf(block, scanOrder(ScanNone), 0, 2, events));
-    expectEvents(events, {{0, 0, 7}, {1, 0, -1}});
-    ASSERT_TRUE(eventsOf(block, scanOrder(ScanNone), 0, 0, events));
-    expectEvents(events, {});
-    EXPECT_FALSE(eventsOf(block, scanOrder(ScanNone), 0, 4, events)) << "there are three";
-    EXPECT_FALSE(eventsOf(block, scanOrder(ScanNone), 1, 3, events)) << "there are two from place 1 on";
+    expectEvents(someEventsOf(block, scanOrder(ScanNone), 0, 2), {{0, 0, 7}, {1, 0, -1}});
+    expectEvents(someEventsOf(block, scanOrder(ScanNone), 0, 0), {});
+    expectEvents(someEventsOf(block, scanOrder(ScanNone), 1, 64), {{0, 0, -1}, {1, 3, 3}});
+    expectEvents(someEventsOf(blockOf({}), scanOrder(ScanNone), 0, 64), {});
 }
 
 TEST(KelvaraEvents, PlacesFollowTheScan) {
-    BlockEvents events;
-    ASSERT_TRUE(eventsOf(blockOf({{0, 1}, {8, 2}, {2, 3}}), scanOrder(ScanZigzag), 0, 3, events));
-    expectEvents(events, {{0, 0, 1}, {0, 1, 2}, {1, 2, 3}});
-    ASSERT_TRUE(eventsOf(blockOf({{16, 2}, {57, 3}}), scanOrder(ScanVertical), 0, 2, events));
-    expectEvents(events, {{0, 2, 2}, {1, 11, 3}});
-    ASSERT_TRUE(eventsOf(blockOf({{3, 2}, {14, 3}}), scanOrder(ScanHorizontal), 0, 2, events));
-    expectEvents(events, {{0, 3, 2}, {1, 11, 3}});
+    expectEvents(someEventsOf(blockOf({{0, 1}, {8, 2}, {2, 3}}), scanOrder(ScanZigzag), 0, 3),
+                 {{0, 0, 1}, {0, 1, 2}, {1, 2, 3}});
+    expectEvents(someEventsOf(blockOf({{16, 2}, {57, 3}}), scanOrder(ScanVertical), 0, 2),
+                 {{0, 2, 2}, {1, 11, 3}});
+    expectEvents(someEventsOf(blockOf({{3, 2}, {14, 3}}), scanOrder(ScanHorizontal), 0, 2),
+                 {{0, 3, 2}, {1, 11, 3}});
+}
+
+TEST(KelvaraEvents, LevelsAreHeldAgainstLimits) {
+    const BlockEvents events = someEventsOf(blockOf({{3, -7}, {9, 12}}), scanOrder(ScanNone), 0, 64);
+    EXPECT_TRUE(levelsWithin(events, -7, 12));
+    EXPECT_FALSE(levelsWithin(events, -6, 12));
+    EXPECT_FALSE(levelsWithin(events, -7, 11));
+    for (int count : {0, 64}) EXPECT_TRUE(isLevelCount(count));
+    for (int count : {-1, 65}) EXPECT_FALSE(isLevelCount(count));
 }
 
 TEST(KelvaraEvents, FillerUndoesTheWalk) {
@@ -263,8 +266,9 @@ TEST(KelvaraEvents, FillerUndoesTheWalk) {
                 block.at[scanOrder(scan)[i]] = static_cast<Kel16s>(1 + generator() % 100);
                 ++count;
             }
-            BlockEvents events;
-            ASSERT_TRUE(eventsOf(block, scanOrder(scan), first, count, events));
+            const BlockEvents events = someEventsOf(block, scanOrder(scan), first, 64);
+            EXPECT_EQ(count, events.count);
+            EXPECT_TRUE(levelsWithin(events, 1, 100));
             Block8x8<Kel16s> again{};
             BlockFiller filler(again, scanOrder(scan), first);
             EXPECT_EQ(first - 1, filler.place());

@@ -105,7 +105,8 @@ public:
     Kel32u readNumber(int n) { return Direction::number(read(n), n); }
 
     // Tells the caller where the next bit stands. Backwards that may be in the byte in front of the stream.
-    void commit(const Kel8u **ppStream, int *pOffset) const {
+    template <class Byte>
+    void commit(Byte **ppStream, int *pOffset) const {
         const int started = (m_loaded + 7) / 8; // bytes that still hold bits
         const Kel8u *position = Direction::back(m_next, started);
         const int offset = Direction::offsetAt(started * 8 - m_loaded);

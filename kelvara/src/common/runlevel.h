@@ -1,91 +1,15 @@
-// runlevel.h - blocks as runs and levels, and the tables of their codes.
+// runlevel.h - tables of the codes of runs and levels.
 
 #ifndef KELVARA_RUNLEVEL_H
 #define KELVARA_RUNLEVEL_H
 
 #include "bits.h"
-#include "block8x8.h"
-#include "scan.h"
+#include "blockevents.h"
 #include "vlctable.h"
 
 #include <cstddef>
 
 namespace kelvara {
-
-// ---- blocks and their events --------------------------------------------------------
-
-// `run` zeros and then a level other than 0; `last` is 1 for the last event of a block.
-struct Event {
-    int last;
-    int run;
-    int level;
-};
-
-// Besides the scans of scan.h: the coefficients already are, or stay, in the order of their codes.
-constexpr int ScanNone = -1;
-
-inline bool isScanOrNone(int scan) {
-    return scan == ScanNone || isScan(scan);
-}
-
-struct ScanOrder {
-    Kel8u at[64];
-};
-
-constexpr ScanOrder codedOrder() {
-    ScanOrder order{};
-    for (int i = 0; i < 64; ++i) order.at[i] = static_cast<Kel8u>(i);
-    return order;
-}
-
-inline constexpr ScanOrder unscanned = codedOrder();
-
-// The index in the block of each place of the code. REQUIRES isScanOrNone(scan).
-inline const Kel8u *scanOrder(int scan) {
-    return scan == ScanNone ? unscanned.at : scanOrders[scan];
-}
-
-struct BlockEvents {
-    int count = 0;
-    Event at[64];
-};
-
-// The events of the first countNonZero coefficients other than 0 at the places `first` to 63 of the order.
-// False if there are fewer.
-inline bool eventsOf(const Block8x8<Kel16s> &block, const Kel8u *order, int first, int countNonZero,
-                     BlockEvents &events) {
-    events.count = 0;
-    int run = 0;
-    for (int place = first; place < 64 && events.count < countNonZero; ++place, ++run) {
-        const int level = block.at[order[place]];
-        if (level == 0) continue;
-        events.at[events.count] = {events.count + 1 == countNonZero, run, level};
-        ++events.count;
-        run = -1;
-    }
-    return events.count == countNonZero;
-}
-
-// Puts levels to their places, run by run.
-class BlockFiller {
-public:
-    BlockFiller(Block8x8<Kel16s> &block, const Kel8u *order, int first)
-        : m_block(block), m_order(order), m_place(first - 1) {}
-
-    // False, and nothing is put, if that leads out of the block.
-    bool put(int run, int level) {
-        if (run > 62 - m_place) return false;
-        m_place += run + 1;
-        m_block.at[m_order[m_place]] = static_cast<Kel16s>(level);
-        return true;
-    }
-    int place() const { return m_place; } // of the last level; first - 1 without one
-
-private:
-    Block8x8<Kel16s> &m_block;
-    const Kel8u *m_order;
-    int m_place;
-};
 
 // ---- tables of codes ------------------------------------------------------------------
 
@@ -243,6 +167,18 @@ inline Kel32s readCode(Reader &reader, const DecoderTable<n> &table) {
         if (reader.loaded() >= table.longest) return noCode;
         reader.load();
     }
+}
+
+// ---- signs ---------------------------------------------------------------------------------
+
+// A code of the tables and the sign bit behind it.
+inline void putCode(BitWriter &writer, const EventCode &code, int level) {
+    writer.put(code.code * 2u + (level < 0), code.bits + 1);
+}
+
+template <class Reader>
+inline int readSign(Reader &reader, int magnitude) {
+    return reader.readBit() ? -magnitude : magnitude;
 }
 
 } // namespace kelvara
