@@ -71,14 +71,19 @@ inline Words4x4 dequantised4x4(const Words4x4 &x, int qp, const Kel16s *pLevels,
     return scaled;
 }
 
-// 8.5.13.1, in the form that Residual8x8 takes.
-inline Block8x8<Kel32s> dequantised8x8(const Words<64> &x, int qp, const Kel16s *pLevels) {
+// 8.5.13.1
+inline Words<64> scaledWords8x8(Words<64> x, int qp, const Kel16s *pLevels) {
     const Words<64> levels = levelScale<64>(qp, pLevels);
-    Block8x8<Kel32s> scaled;
-    for (int i = 0; i < 64; ++i) {
-        scaled.at[i] = static_cast<Kel32s>(scaledUp(x.at[i] * levels.at[i], qp / 6, 6));
-    }
-    return scaled;
+    for (int i = 0; i < 64; ++i) x.at[i] = scaledUp(x.at[i] * levels.at[i], qp / 6, 6);
+    return x;
+}
+
+// The same in the form that Residual8x8 takes.
+inline Block8x8<Kel32s> dequantised8x8(const Words<64> &x, int qp, const Kel16s *pLevels) {
+    const Words<64> scaled = scaledWords8x8(x, qp, pLevels);
+    Block8x8<Kel32s> block;
+    for (int i = 0; i < 64; ++i) block.at[i] = scaled(i);
+    return block;
 }
 
 // 8.5.10 and, with QP'c,dc of 4:2:2 as qp, 8.5.11.2: N is 16 or 8. dcLevel is the level scale of position 0.

@@ -112,9 +112,12 @@ inline Words<8> transformedDC(Words<8> dc) {
 // The residual of a block of scaled coefficients: 8.5.12.2 with its rounding to whole samples.
 class Residual4x4 {
 public:
-    explicit Residual4x4(const Words4x4 &scaled) : m_x(inverse4x4(scaled)) {}
+    explicit Residual4x4(const Words4x4 &scaled) : m_x(inverse4x4(scaled)) {
+        for (Kel32u &x : m_x.at) x = halved(x + 32, 6);
+    }
 
-    int operator()(int row, int col) const { return static_cast<Kel32s>(m_x.at[4 * row + col] + 32) >> 6; }
+    int operator()(int row, int col) const { return m_x(4 * row + col); }
+    const Words4x4 &words() const { return m_x; }
 
 private:
     Words4x4 m_x;
