@@ -72,15 +72,15 @@ inline Words4x4 dequantised4x4(const Words4x4 &x, int qp, const Kel16s *pLevels,
 }
 
 // 8.5.13.1
-inline Words<64> dequantised8x8(Words<64> x, int qp, const Kel16s *pLevels) {
+inline Words<64> scaledWords8x8(Words<64> x, int qp, const Kel16s *pLevels) {
     const Words<64> levels = levelScale<64>(qp, pLevels);
     for (int i = 0; i < 64; ++i) x.at[i] = scaledUp(x.at[i] * levels.at[i], qp / 6, 6);
     return x;
 }
 
 // The same in the form that Residual8x8 takes.
-inline Block8x8<Kel32s> scaledBlock8x8(const Words<64> &x, int qp, const Kel16s *pLevels) {
-    const Words<64> scaled = dequantised8x8(x, qp, pLevels);
+inline Block8x8<Kel32s> dequantised8x8(const Words<64> &x, int qp, const Kel16s *pLevels) {
+    const Words<64> scaled = scaledWords8x8(x, qp, pLevels);
     Block8x8<Kel32s> block;
     for (int i = 0; i < 64; ++i) block.at[i] = scaled(i);
     return block;
