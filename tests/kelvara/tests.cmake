@@ -9,7 +9,7 @@ target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/co
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
         h263filters h263resampling h263sampling
-        bits blocks compensation dct248 deblocking differences edges idct interpolate quantise sad sadn satd
+        bits blocks compensation dct248 deblocking differences edges idct interpolate intraprediction quantise sad sadn satd
         scan sumsdiff transform8x8 variance vlctable weightedprediction)
     rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
 endforeach()
@@ -24,7 +24,7 @@ foreach(lib kelcore kels keli kelvc)
     rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
 endforeach()
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_h263 kelvc_h26xbits kelvc_interpolate kelvc_motion)
+foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_h263 kelvc_h26xbits kelvc_interpolate kelvc_intra kelvc_motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)

@@ -1,0 +1,114 @@
+// residual.h - what the coefficients of ITU-T H.264 macroblocks add to their predictions.
+
+#ifndef KELVARA_H264_RESIDUAL_H
+#define KELVARA_H264_RESIDUAL_H
+
+#include "dequantise.h"
+
+namespace kelvara {
+
+// ---- coefficients -------------------------------------------------------------------
+
+// How the coefficients of a plane become differences.
+struct Scaling {
+    int qp;
+    const Kel16s *pLevels; // null: flat
+    bool bypass;           // coefficients are differences already
+};
+
+inline bool isQp(int qp) {
+    return qp >= 0 && qp <= 51;
+}
+
+// The coefficients of coded blocks, one block behind the other; bit `bit` of the pattern tells of each block
+// whether it is coded.
+class CodedBlocks {
+public:
+    CodedBlocks(const Kel16s *pCoeffs, Kel32u pattern) : m_next(pCoeffs), m_pattern(pattern) {}
+
+    bool has(int bit) const { return m_pattern >> bit & 1; }
+    // Zeros for a block that is not coded. REQUIRES: the blocks in their order.
+    template <int N>
+    Words<N> take(int bit) {
+        if (!has(bit)) return Words<N>{};
+        const Words<N> coeffs(m_next);
+        m_next += N;
+        return coeffs;
+    }
+    const Kel16s *next() const { return m_next; }
+
+private:
+    const Kel16s *m_next;
+    Kel32u m_pattern;
+};
+
+// ---- differences ----------------------------------------------------------------------
+
+template <int N>
+struct Differences {
+    // 8.5.15: of a block without a transform that is predicted along one direction, the differences are those
+    // from the neighbour in that direction.
+    void addUpDown() {
+        for (int row = 1; row < N; ++row) {
+            for (int col = 0; col < N; ++col) at[row][col] += at[row - 1][col];
+        }
+    }
+    void addUpToTheRight() {
+        for (int row = 0; row < N; ++row) {
+            for (int col = 1; col < N; ++col) at[row][col] += at[row][col - 1];
+        }
+    }
+    template <int n, class Value>
+    void set(int top, int left, Value value) {
+        for (int row = 0; row < n; ++row) {
+            for (int col = 0; col < n; ++col) at[top + row][left + col] = value(row, col);
+        }
+    }
+
+    int at[N][N];
+};
+
+inline Differences<4> differencesOf(const Words<16> &coeffs, const Scaling &scaling) {
+    Differences<4> result;
+    if (scaling.bypass) {
+        result.set<4>(0, 0, [&](int row, int col) { return coeffs(4 * row + col); });
+    } else {
+        result.set<4>(0, 0, Residual4x4(dequantised4x4(coeffs, scaling.qp, scaling.pLevels)));
+    }
+    return result;
+}
+
+inline Differences<8> differencesOf(const Words<64> &coeffs, const Scaling &scaling) {
+    Differences<8> result;
+    if (scaling.bypass) {
+        result.set<8>(0, 0, [&](int row, int col) { return coeffs(8 * row + col); });
+        return result;
+    }
+    const auto scaled = dequantised8x8(coeffs, scaling.qp, scaling.pLevels);
+    Block8x8<Kel32s> block;
+    for (int i = 0; i < 64; ++i) block.at[i] = static_cast<Kel32s>(scaled.at[i]);
+    result.set<8>(0, 0, Residual8x8(block));
+    return result;
+}
+
+// The same for a block of 4x4 whose DC coefficient came by another way and is scaled.
+inline Differences<4> differencesOf(Words<16> coeffs, int dc, const Scaling &scaling) {
+    if (scaling.bypass) {
+        coeffs.at[0] = static_cast<Kel32u>(dc);
+        return differencesOf(coeffs, scaling);
+    }
+    Differences<4> result;
+    result.set<4>(0, 0, Residual4x4(dequantised4x4(coeffs, scaling.qp, scaling.pLevels, dc)));
+    return result;
+}
+
+// DC coefficients of all blocks of a plane, in raster order of the blocks.
+template <int N>
+Words<N> scaledDC(const Words<N> &coeffs, const Scaling &scaling) {
+    if (scaling.bypass) return coeffs;
+    return dequantisedDC(coeffs, scaling.qp, dcLevelScale(scaling.qp, scaling.pLevels));
+}
+
+} // namespace kelvara
+
+#endif
