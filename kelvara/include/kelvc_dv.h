@@ -69,8 +69,10 @@ KELAPI void keliFreeHuffmanTable_DV_32u(Kel32u *pTable);
 // - bits 8 to 14: how many places of the scan there are up to the last level other than 0, that one included
 // - bit 31: broken, that is, an unknown code, a level behind the 64th place or no end of the block
 //
-// A broken block keeps the levels in front of the break, and the blocks whose codes would follow it in the
-// spare bits are broken too. The result is kelStsBitStreamErr then, with all blocks written all the same.
+// A broken block keeps the levels in front of the break. Nobody can tell then where the spare bits go on: the
+// other blocks of its macroblock that had not ended, and those of the macroblocks behind it that wait for the
+// spare bits of the segment, are broken too. The result is kelStsBitStreamErr, with all blocks written all the
+// same.
 KELAPI KelStatus keliHuffmanDecodeSegment_DV_8u16s(const Kel8u *pSrc, const Kel32u *pDezigzag, const Kel32u *pHuffTable, Kel16s *pDstBlocks, Kel32u *pBlParams);
 
 // clang-format on
