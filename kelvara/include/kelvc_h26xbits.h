@@ -28,7 +28,7 @@ KELAPI KelStatus keliQuantInter_H263_16s_C1I(Kel16s *pSrcDst, int QP, int *pCoun
 // The inverse in place, exactly ITU-T H.263 6.2.1 and 6.2.2, of elements 0 to indxLastNonZero, -1 to 63; the others
 // stay. A level other than 0 becomes QP * (2 * |level| + 1), less 1 for an even QP, with its sign; DC of the Intra
 // form becomes 8 * level; results are limited to -2048 to 2047. With advIntraFlag all become 2 * QP * level
-// (I.3): the prediction is added to these and the sum limited, so that only the 16s range limits here. Levels of
+// (Annex I): the prediction is added to these and the sum limited, so that only the 16s range limits here. Levels of
 // any size are taken, so that modQuantFlag makes no difference.
 KELAPI KelStatus keliQuantInvIntra_H263_16s_C1I(Kel16s *pSrcDst, int indxLastNonZero, int QP, int advIntraFlag, int modQuantFlag);
 KELAPI KelStatus keliQuantInvInter_H263_16s_C1I(Kel16s *pSrcDst, int indxLastNonZero, int QP, int modQuantFlag);

@@ -21,7 +21,7 @@ struct LevelRange {
     int low, high;
 };
 
-// ITU-T H.263 I.3: multiples of the step, DC like the others. The limits of coefficients come behind the
+// ITU-T H.263 Annex I: multiples of the step, DC like the others. The limits of coefficients come behind the
 // prediction that is added to these, so that only the type limits here.
 inline void reconstructAdvanced(Block8x8<Kel16s> &block, int last, int QP) {
     for (int i = 0; i <= last; ++i) {
