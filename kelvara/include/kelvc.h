@@ -30,6 +30,7 @@ KELAPI const KelLibraryVersion *kelvcGetLibVersion(void);
 // width x height. Steps are in bytes and at least the width of the block. Stores one sum.
 KELAPI KelStatus keliSAD16x16_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD16x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
+KELAPI KelStatus keliSAD8x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD4x4_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD8x16_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
 KELAPI KelStatus keliSAD8x4_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD, int mcType);
@@ -111,5 +112,6 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #include "kelvc_interpolate.h"
 #include "kelvc_intra.h"
 #include "kelvc_motion.h"
+#include "kelvc_mpeg4.h"
 
 #endif

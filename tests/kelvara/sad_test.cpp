@@ -23,6 +23,7 @@ struct SadFunction {
 const SadFunction<Kel8u, Kel32s> functions8u32s[] = {
     {"keliSAD16x16_8u32s", keliSAD16x16_8u32s, 16, 16, 16, 16},
     {"keliSAD16x8_8u32s_C1R", keliSAD16x8_8u32s_C1R, 16, 8, 16, 8},
+    {"keliSAD8x8_8u32s_C1R", keliSAD8x8_8u32s_C1R, 8, 8, 8, 8},
     {"keliSAD4x4_8u32s", keliSAD4x4_8u32s, 4, 4, 4, 4},
     {"keliSAD8x16_8u32s_C1R", keliSAD8x16_8u32s_C1R, 8, 16, 8, 16},
     {"keliSAD8x4_8u32s_C1R", keliSAD8x4_8u32s_C1R, 8, 4, 8, 4},

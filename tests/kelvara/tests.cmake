@@ -9,6 +9,7 @@ target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/co
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
         h261vlc h263bits h263quant h263vlc
+        mpeg4filter mpeg4motion mpeg4warp
         h263filters h263resampling h263sampling
         bits blocks compensation dct248 deblocking differences edges idct interpolate intraprediction quantise reconstruction sad sadn satd
         scan sumsdiff transform8x8 variance vlctable weightedprediction)

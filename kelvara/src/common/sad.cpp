@@ -17,6 +17,11 @@ KelStatus keliSAD16x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRe
     return compareBlocks<Sad<16, 8>>(pSrc, srcStep, pRef, refStep, pSAD, mcType);
 }
 
+KelStatus keliSAD8x8_8u32s_C1R(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD,
+                               int mcType) {
+    return compareBlocks<Sad<8, 8>>(pSrc, srcStep, pRef, refStep, pSAD, mcType);
+}
+
 KelStatus keliSAD4x4_8u32s(const Kel8u *pSrc, int srcStep, const Kel8u *pRef, int refStep, Kel32s *pSAD,
                            int mcType) {
     return compareBlocks<Sad<4, 4>>(pSrc, srcStep, pRef, refStep, pSAD, mcType);
