@@ -204,14 +204,14 @@ TEST(KelvaraH263, EdgeFiltersEqualTheModelInTheWholePicture) {
     }
 }
 
-// All steps of an edge, with A and D beside it: the ramp up and down, and its limits.
+// All steps of an edge, eight in a picture, with A and D beside it: the ramp up and down, and its limits.
 TEST(KelvaraH263, DeblockingEqualsTheModelForEveryStepOfAnEdge) {
     for (int QP : {1, 2, 7, 16, 31}) {
         for (int b = 0; b < 256; b += 5) {
-            for (int c = 0; c < 256; ++c) {
+            for (int c = 0; c < 256; c += 8) {
                 const Pattern line = [=](int row, int col) {
                     const int other = (37 * row + 11 * b) % 256, x = col % 8;
-                    return x == 7 ? b : x == 0 ? c : x == 6 ? (b + row * 3) % 256 : other;
+                    return x == 7 ? b : x == 0 ? c + row % 8 : x == 6 ? (b + row * 3) % 256 : other;
                 };
                 ASSERT_NO_FATAL_FAILURE(compare(edgeFilters[1], line, width, QP));
             }
