@@ -109,6 +109,7 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #include "kelvc_dv.h"
 #include "kelvc_h263.h"
 #include "kelvc_h26xbits.h"
+#include "kelvc_interleaved.h"
 #include "kelvc_interpolate.h"
 #include "kelvc_intra.h"
 #include "kelvc_motion.h"

@@ -73,6 +73,8 @@ public:
     int operator()(int row, int col) const { return m_block(row, 2 * col + m_first); }
     void set(int row, int col, int value) const { m_block.set(row, 2 * col + m_first, value); }
 
+    Interleaved from(int row, int col) const { return Interleaved(m_block.from(row, 2 * col), m_first); }
+
 private:
     Block m_block;
     int m_first;
