@@ -16,19 +16,13 @@ static bool isH261Scan(int scan) {
 
 // ---- encoding --------------------------------------------------------------------
 
-static void putCodeOf(BitWriter &writer, int run) {
-    for (const EventCode &code : tcoeffCodes) {
-        if (code.level == 0 && code.run == run) writer.put(code.code, code.bits);
-    }
-}
-
 static void putEvent(BitWriter &writer, const Event &event) {
     const EventCode *code = tcoeffEncoder.find(0, event.run, std::abs(event.level));
     if (code) {
         putCode(writer, *code, event.level);
         return;
     }
-    putCodeOf(writer, TcoeffEscape);
+    writer.put(tcoeffEscape.code, tcoeffEscape.bits);
     writer.put(static_cast<Kel32u>(event.run), 6);
     writer.put(lowBits(static_cast<Kel32u>(event.level), EscapedBits), EscapedBits);
 }
@@ -51,7 +45,7 @@ static void putEvents(BitWriter &writer, const BlockEvents &events, Kind kind) {
             putEvent(writer, events.at[i]);
         }
     }
-    putCodeOf(writer, TcoeffEndOfBlock);
+    writer.put(tcoeffEndOfBlock.code, tcoeffEndOfBlock.bits);
 }
 
 static KelStatus encode(const Kel16s *pCoeffs, Kel8u **ppBitStream, int *pBitOffset, int countNonZero,
@@ -85,7 +79,7 @@ static bool readEvents(BitReader &reader, BlockFiller &filler) {
         const Kel32s code = readCode(reader, decoderTable<tcoeffCodes>);
         if (code == noCode) return false;
         const int run = runOf(code), level = levelOf(code);
-        if (level == 0 && run == TcoeffEndOfBlock) return true;
+        if (level == 0 && run == tcoeffEndOfBlock.run) return true;
         const bool put = level == 0 ? readEscape(reader, filler) : filler.put(run, readSign(reader, level));
         if (!put) return false;
     }

@@ -7,8 +7,9 @@
 
 namespace kelvara {
 
-// The runs of the two codes that are no coefficient.
-enum { TcoeffEndOfBlock, TcoeffEscape };
+// The two codes that are no coefficient have level 0; the run tells which.
+inline constexpr EventCode tcoeffEndOfBlock = {0, 0, 0, 2, 0b10};
+inline constexpr EventCode tcoeffEscape = {0, 1, 0, 6, 0b000001};
 
 // ITU-T H.261 Table 5: 0, run, level, length, code without its sign bit. A block of the inter kind has run 0
 // level 1 as its first coefficient in one bit, 1.
@@ -35,7 +36,7 @@ inline constexpr EventCode tcoeffCodes[] = {
     {0, 19, 1, 12, 0b000000011001}, {0, 20, 1, 12, 0b000000010111}, {0, 21, 1, 12, 0b000000010110},
     {0, 22, 1, 13, 0b0000000011111}, {0, 23, 1, 13, 0b0000000011110}, {0, 24, 1, 13, 0b0000000011101},
     {0, 25, 1, 13, 0b0000000011100}, {0, 26, 1, 13, 0b0000000011011},
-    {0, TcoeffEndOfBlock, 0, 2, 0b10}, {0, TcoeffEscape, 0, 6, 0b000001}};
+    tcoeffEndOfBlock, tcoeffEscape};
 // clang-format on
 
 inline constexpr EncoderTable tcoeffEncoder = makeEncoderTable(tcoeffCodes);

@@ -35,8 +35,7 @@ static void putExtendedLevel(BitWriter &writer, int level) {
 }
 
 static void putEscaped(BitWriter &writer, const Event &event) {
-    const EventCode &escape = tcoefCodes[std::size(tcoefCodes) - 1]; // the same in both tables
-    writer.put(escape.code, escape.bits);
+    writer.put(tcoefEscape.code, tcoefEscape.bits);
     writer.put(static_cast<Kel32u>(event.last), 1);
     writer.put(static_cast<Kel32u>(event.run), 6);
     if (LevelRange(false).holds(event.level)) {

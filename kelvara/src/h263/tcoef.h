@@ -7,6 +7,9 @@
 
 namespace kelvara {
 
+// The only code that is no event, in both tables.
+inline constexpr EventCode tcoefEscape = {0, 0, 0, 7, 0b0000011};
+
 // Last, run, level, length, code without its sign bit; the escape code at the end.
 // clang-format off
 
@@ -45,7 +48,7 @@ inline constexpr EventCode tcoefCodes[] = {
     {1, 33, 1, 12, 0b000001011000}, {1, 34, 1, 12, 0b000001011001}, {1, 35, 1, 12, 0b000001011010},
     {1, 36, 1, 12, 0b000001011011}, {1, 37, 1, 12, 0b000001011100}, {1, 38, 1, 12, 0b000001011101},
     {1, 39, 1, 12, 0b000001011110}, {1, 40, 1, 12, 0b000001011111},
-    {0, 0, 0, 7, 0b0000011}};
+    tcoefEscape};
 
 // ITU-T H.263 Table I.2, intra coefficients of advanced intra coding: the codes of Table 16 for other events.
 inline constexpr EventCode advancedTcoefCodes[] = {
@@ -82,7 +85,7 @@ inline constexpr EventCode advancedTcoefCodes[] = {
     {1, 16, 1, 9, 0b000010110}, {1, 17, 1, 9, 0b000011000}, {1, 18, 1, 9, 0b000010111},
     {1, 19, 1, 11, 0b00000000100}, {1, 20, 1, 11, 0b00000000101}, {1, 21, 1, 12, 0b000001011000},
     {1, 22, 1, 12, 0b000001011001}, {1, 23, 1, 12, 0b000001011010},
-    {0, 0, 0, 7, 0b0000011}};
+    tcoefEscape};
 
 // clang-format on
 
