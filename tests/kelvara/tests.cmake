@@ -9,7 +9,7 @@ target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/co
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
         h261vlc h263bits h263quant h263vlc
-        mpeg4filter mpeg4motion mpeg4warp
+        mpeg4dc mpeg4filter mpeg4motion mpeg4tables mpeg4vlc mpeg4warp
         h263filters h263resampling h263sampling
         cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
         bits blocks compensation dct248 deblocking differences edges idct interleaved interpolate intraprediction quantise reconstruction sad sadn satd
@@ -27,7 +27,7 @@ foreach(lib kelcore kels keli kelvc)
     rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
 endforeach()
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_transform)
+foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_transform)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
