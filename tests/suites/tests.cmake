@@ -21,7 +21,7 @@ rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 foreach(suite
         mpeg4picture
         h26xbits
-        addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation quantise scan
+        addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
         timvcsad variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
