@@ -26,7 +26,8 @@ extern "C" {
 // dropped. factor is the forward level, s is 15 + QP / 6 for 4x4, 16 + QP / 6 for 8x8 and DC blocks. r is 1/3
 // if intra is other than 0, else 1/6, as a fraction of 2^s that is rounded down. *pNumCoeffs becomes the number
 // of levels other than 0, *pLastCoeff the place in the scan of the last of these, -1 if there is none. pScan
-// holds the positions in the block in the order of the scan; kelStsRangeErr for one outside of the block.
+// holds the place in the scan of each position of the block, in raster order: 0 1 5 6 2 4 7 12 ... for the
+// zigzag scan. kelStsRangeErr for a place outside of the scan.
 
 // clang-format off
 

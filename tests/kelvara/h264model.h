@@ -165,7 +165,7 @@ inline Numbers randomNumbers(std::mt19937 &generator, int n, long long limit) {
     return numbers;
 }
 
-// A permutation of the positions of a block, as a scan is one.
+// The places of all positions of a block in a scan: a permutation.
 inline Numbers randomScan(std::mt19937 &generator, int n) {
     Numbers scan(n);
     for (int i = 0; i < n; ++i) scan[i] = i;
@@ -218,9 +218,12 @@ inline int countOf(const Numbers &levels) {
     return count;
 }
 
-inline int lastOf(const Numbers &levels, const Numbers &scan) {
-    int last = -1;
-    for (size_t i = 0; i < scan.size(); ++i) last = levels[scan[i]] ? static_cast<int>(i) : last;
+inline int lastOf(const Numbers &levels, const Numbers &places) {
+    const int n = static_cast<int>(levels.size());
+    std::vector<int> order(levels.size()); // positions in the order of the scan
+    for (int i = 0; i < n; ++i) order[places[i]] = i;
+    int last = n - 1;
+    while (last >= 0 && !levels[order[last]]) --last;
     return last;
 }
 

@@ -257,6 +257,16 @@ TEST(KelvaraQuantise4x4, IntraRoundsUpEarlierThanInter) {
                 model(coeffs, {24, 0, orders.scan, orders.levels}, 32767));
 }
 
+// The third coefficient of the zigzag scan is the fifth of the block.
+TEST(KelvaraQuantise4x4, LastIsAPlaceInTheScan) {
+    Orders orders;
+    orders.scan = {0, 1, 5, 6, 2, 4, 7, 12, 3, 8, 11, 13, 9, 10, 14, 15};
+    Numbers coeffs(16), levels(16);
+    coeffs[4] = 1000;
+    levels[4] = level(1000, 8066, 15, true);
+    expectModel(coeffs16, coeffs, orders, {levels, 1, 2});
+}
+
 TEST(KelvaraQuantise4x4, BlockOfZerosHasNoLast) {
     std::mt19937 generator(8);
     const Orders orders = {30, 1, randomScan(generator, 16), {}};

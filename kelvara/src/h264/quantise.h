@@ -57,11 +57,12 @@ struct Levels {
     int count() const {
         return static_cast<int>(std::count_if(at, at + N, [](T level) { return level != 0; }));
     }
-    // The place in the scan of the last level other than 0; -1: there is none.
-    int last(const Words<N> &scan) const {
-        int i = N - 1;
-        while (i >= 0 && !at[scan(i)]) --i;
-        return i;
+    // The highest place in the scan of a level other than 0, from the places of all positions; -1: there is
+    // none.
+    int last(const Words<N> &places) const {
+        int last = -1;
+        for (int i = 0; i < N; ++i) last = std::max(last, at[i] ? places(i) : -1);
+        return last;
     }
     void storeTo(T *p) const { std::memcpy(static_cast<void *>(p), at, sizeof at); }
 
@@ -91,8 +92,8 @@ inline bool isQP(int qp) {
 }
 
 template <int N>
-inline bool isScan(const Words<N> &scan) {
-    return std::all_of(scan.at, scan.at + N, [](Kel32u position) { return position < N; });
+inline bool isScan(const Words<N> &places) {
+    return std::all_of(places.at, places.at + N, [](Kel32u place) { return place < N; });
 }
 
 } // namespace kelvara
