@@ -81,41 +81,14 @@ TEST(KelvaraMpeg4Dc, EachValueHasItsCodeAndComesBack) {
 TEST(KelvaraMpeg4Dc, KnownValuesHaveTheirCodes) {
     EXPECT_EQ("011", coded(0, 0).text());
     EXPECT_EQ("11", coded(0, 1).text());
-    EXPECT_EQ(
-        "11"
-        "1",
-        coded(1, 0).text());
-    EXPECT_EQ(
-        "11"
-        "0",
-        coded(-1, 0).text());
-    EXPECT_EQ(
-        "10"
-        "10",
-        coded(2, 0).text());
-    EXPECT_EQ(
-        "10"
-        "00",
-        coded(-3, 0).text());
-    EXPECT_EQ(
-        "001"
-        "011",
-        coded(-4, 1).text());
-    EXPECT_EQ(
-        "0000001"
-        "11111111",
-        coded(255, 0).text());
-    EXPECT_EQ(
-        "00000001"
-        "100000000"
-        "1",
-        coded(256, 0).text())
-        << "with a marker";
-    EXPECT_EQ(
-        "000000000001"
-        "000000000000"
-        "1",
-        coded(-4095, 1).text());
+    EXPECT_EQ(bits("11 1"), coded(1, 0).text());
+    EXPECT_EQ(bits("11 0"), coded(-1, 0).text());
+    EXPECT_EQ(bits("10 10"), coded(2, 0).text());
+    EXPECT_EQ(bits("10 00"), coded(-3, 0).text());
+    EXPECT_EQ(bits("001 011"), coded(-4, 1).text());
+    EXPECT_EQ(bits("0000001 11111111"), coded(255, 0).text());
+    EXPECT_EQ(bits("00000001 100000000 1"), coded(256, 0).text()) << "with a marker";
+    EXPECT_EQ(bits("000000000001 000000000000 1"), coded(-4095, 1).text());
 }
 
 TEST(KelvaraMpeg4Dc, ValuesWithoutACodeAreRefused) {

@@ -138,181 +138,34 @@ TEST(KelvaraMpeg4Tables, EachRunAndLevelHasItsCode) {
 TEST(KelvaraMpeg4Tables, KnownIntraBlocksHaveTheirCodes) {
     const Kind &intra = kinds[0];
     EXPECT_EQ("01110", textOf(intra, {1}));
-    EXPECT_EQ(
-        "10"
-        "0"
-        "0111"
-        "1",
-        textOf(intra, {1, -1}));
-    EXPECT_EQ(
-        "110"
-        "0"
-        "0111"
-        "0",
-        textOf(intra, {2, 1}));
-    EXPECT_EQ(
-        "1111"
-        "1"
-        "1110"
-        "0"
-        "0111"
-        "0",
-        textOf(intra, {-3, 0, 1, 1}));
-    EXPECT_EQ(
-        "000001010010"
-        "0"
-        "001100"
-        "0",
-        textOf(intra, {27, 2}))
-        << "LMAX";
-    EXPECT_EQ(
-        "0000011"
-        "0"
-        "10"
-        "0"
-        "0111"
-        "0",
-        textOf(intra, {28, 1}))
-        << "escape 1: 28 - 27";
-    EXPECT_EQ(
-        "0000011"
-        "0"
-        "000001010010"
-        "1"
-        "0111"
-        "0",
-        textOf(intra, {-54, 1}))
-        << "27 and 27";
-    EXPECT_EQ(
-        "0000011"
-        "10"
-        "10"
-        "0"
-        "0111"
-        "0",
-        textOf(intra, lone({{15, 1}, {16, 1}})))
+    EXPECT_EQ(bits("10 0 0111 1"), textOf(intra, {1, -1}));
+    EXPECT_EQ(bits("110 0 0111 0"), textOf(intra, {2, 1}));
+    EXPECT_EQ(bits("1111 1 1110 0 0111 0"), textOf(intra, {-3, 0, 1, 1}));
+    EXPECT_EQ(bits("000001010010 0 001100 0"), textOf(intra, {27, 2})) << "LMAX";
+    EXPECT_EQ(bits("0000011 0 10 0 0111 0"), textOf(intra, {28, 1})) << "escape 1: 28 - 27";
+    EXPECT_EQ(bits("0000011 0 000001010010 1 0111 0"), textOf(intra, {-54, 1})) << "27 and 27";
+    EXPECT_EQ(bits("0000011 10 10 0 0111 0"), textOf(intra, lone({{15, 1}, {16, 1}})))
         << "escape 2: 15 - (14 + 1)";
-    EXPECT_EQ(
-        "0000011"
-        "11"
-        "0"
-        "000000"
-        "1"
-        "000000110111"
-        "1"
-        "0111"
-        "0",
-        textOf(intra, {55, 1}))
-        << "escape 3";
-    EXPECT_EQ(
-        "0000011"
-        "11"
-        "1"
-        "111111"
-        "1"
-        "100000000001"
-        "1",
-        textOf(intra, lone({{63, -2047}})));
+    EXPECT_EQ(bits("0000011 11 0 000000 1 000000110111 1 0111 0"), textOf(intra, {55, 1})) << "escape 3";
+    EXPECT_EQ(bits("0000011 11 1 111111 1 100000000001 1"), textOf(intra, lone({{63, -2047}})));
 }
 
 TEST(KelvaraMpeg4Tables, KnownInterBlocksHaveTheirCodes) {
     const Kind &inter = kinds[2];
     EXPECT_EQ("01111", textOf(inter, {-1}));
-    EXPECT_EQ(
-        "1111"
-        "0"
-        "110"
-        "0"
-        "0111"
-        "0",
-        textOf(inter, {2, 0, 1, 1}));
-    EXPECT_EQ(
-        "1110"
-        "0"
-        "001111"
-        "1",
-        textOf(inter, lone({{2, 1}, {4, -1}})));
-    EXPECT_EQ(
-        "000001011111"
-        "0",
-        textOf(inter, lone({{40, 1}})))
-        << "RMAX";
-    EXPECT_EQ(
-        "0000011"
-        "10"
-        "0111"
-        "0",
-        textOf(inter, lone({{41, 1}})))
-        << "escape 2: 41 - (40 + 1)";
-    EXPECT_EQ(
-        "0000011"
-        "0"
-        "0111"
-        "1",
-        textOf(inter, {-4}))
-        << "escape 1: 4 - 3";
-    EXPECT_EQ(
-        "0000011"
-        "11"
-        "1"
-        "000001"
-        "1"
-        "000000000101"
-        "1",
-        textOf(inter, {0, 5}))
-        << "escape 3";
+    EXPECT_EQ(bits("1111 0 110 0 0111 0"), textOf(inter, {2, 0, 1, 1}));
+    EXPECT_EQ(bits("1110 0 001111 1"), textOf(inter, lone({{2, 1}, {4, -1}})));
+    EXPECT_EQ(bits("000001011111 0"), textOf(inter, lone({{40, 1}}))) << "RMAX";
+    EXPECT_EQ(bits("0000011 10 0111 0"), textOf(inter, lone({{41, 1}}))) << "escape 2: 41 - (40 + 1)";
+    EXPECT_EQ(bits("0000011 0 0111 1"), textOf(inter, {-4})) << "escape 1: 4 - 3";
+    EXPECT_EQ(bits("0000011 11 1 000001 1 000000000101 1"), textOf(inter, {0, 5})) << "escape 3";
 }
 
 TEST(KelvaraMpeg4Tables, KnownReversibleBlocksHaveTheirCodes) {
     const Kind &intra = kinds[3], &inter = kinds[5];
-    EXPECT_EQ(
-        "1011"
-        "1",
-        textOf(intra, {-1}));
-    EXPECT_EQ(
-        "110"
-        "0"
-        "111"
-        "1"
-        "1010"
-        "0"
-        "0001"
-        "0"
-        "1011"
-        "0",
-        textOf(intra, {1, -2, 3, 0, 1, 1}));
-    EXPECT_EQ(
-        "110"
-        "0"
-        "111"
-        "1"
-        "0001"
-        "0"
-        "1010"
-        "1"
-        "1011"
-        "0",
-        textOf(inter, {1, 0, -1, 2, 0, 0, -1, 1}));
-    EXPECT_EQ(
-        "00001"
-        "1"
-        "111111"
-        "1"
-        "11111111111"
-        "1"
-        "0000"
-        "1",
-        textOf(inter, lone({{63, -2047}})));
-    EXPECT_EQ(
-        "00001"
-        "0"
-        "000000"
-        "1"
-        "00000011100"
-        "1"
-        "0000"
-        "0"
-        "1011"
-        "0",
-        textOf(intra, {28, 1}));
+    EXPECT_EQ(bits("1011 1"), textOf(intra, {-1}));
+    EXPECT_EQ(bits("110 0 111 1 1010 0 0001 0 1011 0"), textOf(intra, {1, -2, 3, 0, 1, 1}));
+    EXPECT_EQ(bits("110 0 111 1 0001 0 1010 1 1011 0"), textOf(inter, {1, 0, -1, 2, 0, 0, -1, 1}));
+    EXPECT_EQ(bits("00001 1 111111 1 11111111111 1 0000 1"), textOf(inter, lone({{63, -2047}})));
+    EXPECT_EQ(bits("00001 0 000000 1 00000011100 1 0000 0 1011 0"), textOf(intra, {28, 1}));
 }

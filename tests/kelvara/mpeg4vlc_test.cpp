@@ -250,96 +250,26 @@ TEST(KelvaraMpeg4Vlc, CutBlocksAreOtherBlocksOrRefused) {
 
 TEST(KelvaraMpeg4Vlc, ForbiddenEscapesAreRefused) {
     for (const Kind &kind : {kinds[0], kinds[2]}) {
-        const std::string fixed =
-            "000001111"
-            "1"
-            "000000";
-        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(), fixed + "1"
-                                                                   "000000000001"
-                                                                   "1")
-                                   .status);
-        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(), fixed + "1"
-                                                                   "100000000001"
-                                                                   "1")
-                                   .status);
-        expectRefused(kind.decoder(), fixed +
-                                          "0"
-                                          "000000000001"
-                                          "1");
-        expectRefused(kind.decoder(), fixed +
-                                          "1"
-                                          "000000000001"
-                                          "0");
-        expectRefused(kind.decoder(), fixed +
-                                          "1"
-                                          "000000000000"
-                                          "1");
-        expectRefused(kind.decoder(), fixed +
-                                          "1"
-                                          "100000000000"
-                                          "1");
-        expectRefused(kind.decoder(),
-                      "0000011"
-                      "0"
-                      "0000011");
-        expectRefused(kind.decoder(),
-                      "0000011"
-                      "10"
-                      "0000011");
+        const std::string fixed = "000001111 1 000000";
+        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(), fixed + "1 000000000001 1").status);
+        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(), fixed + "1 100000000001 1").status);
+        expectRefused(kind.decoder(), fixed + "0 000000000001 1");
+        expectRefused(kind.decoder(), fixed + "1 000000000001 0");
+        expectRefused(kind.decoder(), fixed + "1 000000000000 1");
+        expectRefused(kind.decoder(), fixed + "1 100000000000 1");
+        expectRefused(kind.decoder(), "0000011 0 0000011");
+        expectRefused(kind.decoder(), "0000011 10 0000011");
         expectRefused(kind.decoder(), "000000000000");
-        expectRefused(kind.decoder(),
-                      "0000011"
-                      "0"
-                      "000000000000");
-        expectRefused(kind.decoder(),
-                      "0000011"
-                      "10"
-                      "000000000000");
+        expectRefused(kind.decoder(), "0000011 0 000000000000");
+        expectRefused(kind.decoder(), "0000011 10 000000000000");
     }
     for (const Kind &kind : {kinds[3], kinds[5]}) {
-        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(),
-                                           "000011"
-                                           "000000"
-                                           "1"
-                                           "00000000001"
-                                           "1"
-                                           "00000")
-                                   .status);
-        expectRefused(kind.decoder(),
-                      "000001"
-                      "000000"
-                      "1"
-                      "00000000001"
-                      "1"
-                      "00000");
-        expectRefused(kind.decoder(),
-                      "000011"
-                      "000000"
-                      "0"
-                      "00000000001"
-                      "1"
-                      "00000");
-        expectRefused(kind.decoder(),
-                      "000011"
-                      "000000"
-                      "1"
-                      "00000000000"
-                      "1"
-                      "00000");
-        expectRefused(kind.decoder(),
-                      "000011"
-                      "000000"
-                      "1"
-                      "00000000001"
-                      "0"
-                      "00000");
-        expectRefused(kind.decoder(),
-                      "000011"
-                      "000000"
-                      "1"
-                      "00000000001"
-                      "1"
-                      "00010");
+        EXPECT_EQ(kelStsNoErr, decodedText(kind.decoder(), "000011 000000 1 00000000001 1 00000").status);
+        expectRefused(kind.decoder(), "000001 000000 1 00000000001 1 00000");
+        expectRefused(kind.decoder(), "000011 000000 0 00000000001 1 00000");
+        expectRefused(kind.decoder(), "000011 000000 1 00000000000 1 00000");
+        expectRefused(kind.decoder(), "000011 000000 1 00000000001 0 00000");
+        expectRefused(kind.decoder(), "000011 000000 1 00000000001 1 00010");
         expectRefused(kind.decoder(), "011111111111111");
     }
 }
@@ -373,10 +303,7 @@ TEST(KelvaraMpeg4Vlc, BackwardReadingWantsTheEndOfABlockAtBothSides) {
         EXPECT_EQ(kelStsNoErr, statusOf(end + end));
         EXPECT_EQ(kelStsBitStreamErr, statusOf(end + end + more)) << "no last event";
         // Read from its end, a 1 behind 14 noughts is no code.
-        EXPECT_EQ(kelStsBitStreamErr, statusOf("000000000000000010"
-                                               "0" +
-                                               end))
-            << "no event in front";
+        EXPECT_EQ(kelStsBitStreamErr, statusOf("0000000000000000100" + end)) << "no event in front";
         const std::string far = codes.text({0, 40, 1});
         EXPECT_EQ(kelStsBitStreamErr, statusOf(end + far + far + end)) << "82 places";
     }

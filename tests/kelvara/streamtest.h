@@ -53,14 +53,20 @@ inline std::string bitsOf(const Bytes &bytes) {
     return text;
 }
 
+// A text with blanks between its codes.
+inline std::string bits(const std::string &codes) {
+    std::string text;
+    std::copy_if(codes.begin(), codes.end(), std::back_inserter(text), [](char c) { return c != ' '; });
+    return text;
+}
+
 // The other way round: blanks are skipped, the last byte is filled up.
-inline Bytes bytesOf(const std::string &text, char filling = '0') {
-    std::string bits;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(bits), [](char c) { return c != ' '; });
-    while (bits.size() % 8) bits += filling;
+inline Bytes bytesOf(const std::string &codes, char filling = '0') {
+    std::string text = bits(codes);
+    while (text.size() % 8) text += filling;
     Bytes bytes;
-    for (size_t i = 0; i < bits.size(); i += 8) {
-        bytes.push_back(static_cast<Kel8u>(std::stoi(bits.substr(i, 8), nullptr, 2)));
+    for (size_t i = 0; i < text.size(); i += 8) {
+        bytes.push_back(static_cast<Kel8u>(std::stoi(text.substr(i, 8), nullptr, 2)));
     }
     return bytes;
 }
