@@ -23,8 +23,6 @@ Picture whiteNoise() {
 
 namespace {
 
-const int width = 720, height = 576;
-
 // Luma, CR or CB.
 enum Plane { Luma, Red, Blue };
 
