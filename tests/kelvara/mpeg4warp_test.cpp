@@ -1,151 +1,9 @@
-// mpeg4warp_test.cpp - sprites and global motion of MPEG-4: against the formulas of the standard in floating
-// point, and against mappings whose result can be told without them.
+// mpeg4warp_test.cpp - the warping of MPEG-4 sprites: against the formulas of the standard in floating point,
+// and against mappings whose result can be told without them.
 
-#include "kelvc_mpeg4.h"
-#include "predictionmodel.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include "warpmodel.h"
 
 namespace {
-
-struct Setting {
-    std::vector<int> du, dv; // as many as there are points
-    int accuracy;
-    KeliRect sprite, picture;
-    int type = 1, rounding = 0, quarterSample = 0, fcode = 7;
-
-    int points() const { return static_cast<int>(du.size()); }
-    int s() const { return 2 << accuracy; }
-};
-
-// A specification in memory of exactly its size, at an odd address.
-class Spec {
-public:
-    explicit Spec(const Setting &setting) : m_bytes(size(), 1), m_status(init(setting)) {}
-
-    KeliWarpSpec_MPEG4 *get() { return reinterpret_cast<KeliWarpSpec_MPEG4 *>(m_bytes.data()); }
-    KelStatus status() const { return m_status; }
-    bool untouched() const { return m_bytes.untouched(); }
-    bool surroundingsIntact() const { return m_bytes.surroundingsIntact(); }
-
-    static int size() {
-        int bytes = 0;
-        EXPECT_EQ(kelStsNoErr, keliWarpGetSize_MPEG4(&bytes));
-        EXPECT_GT(bytes, 0);
-        return bytes;
-    }
-
-private:
-    KelStatus init(const Setting &t) {
-        const int none = 0;
-        return keliWarpInit_MPEG4(get(), t.du.empty() ? &none : t.du.data(),
-                                  t.dv.empty() ? &none : t.dv.data(), t.points(), t.type, t.accuracy,
-                                  t.rounding, t.quarterSample, t.fcode, &t.sprite, &t.picture);
-    }
-
-    Destination<unsigned char> m_bytes;
-    KelStatus m_status;
-};
-
-// ---- the formulas -----------------------------------------------------------------------
-
-using Real = long double; // 64 bits: exact for the numerators of these tests
-
-Real upwards(Real value) { // "///"
-    return std::floor(value + 0.5L);
-}
-
-// 7.8.4 and 7.8.5, letter by letter. I and J count from the picture's first sample.
-struct Model {
-    explicit Model(const Setting &t)
-        : n(t.points()), s(t.s()), r(16 / s), W(t.picture.width), H(t.picture.height) {
-        i0 = t.picture.x;
-        j0 = t.picture.y;
-        Real du[4] = {}, dv[4] = {};
-        std::copy(t.du.begin(), t.du.end(), du);
-        std::copy(t.dv.begin(), t.dv.end(), dv);
-        i0s = s / 2 * (2 * i0 + du[0]);
-        j0s = s / 2 * (2 * j0 + dv[0]);
-        i1s = s / 2 * (2 * (i0 + W) + du[1] + du[0]);
-        j1s = s / 2 * (2 * j0 + dv[1] + dv[0]);
-        i2s = s / 2 * (2 * i0 + du[2] + du[0]);
-        j2s = s / 2 * (2 * (j0 + H) + dv[2] + dv[0]);
-        i3s = s / 2 * (2 * (i0 + W) + du[3] + du[2] + du[1] + du[0]);
-        j3s = s / 2 * (2 * (j0 + H) + dv[3] + dv[2] + dv[1] + dv[0]);
-        while (Wp < W) Wp *= 2;
-        while (Hp < H) Hp *= 2;
-        i1v = 16 * (i0 + Wp) +
-              std::round(((W - Wp) * (r * i0s - 16 * i0) + Wp * (r * i1s - 16 * (i0 + W))) / W);
-        j1v = 16 * j0 + std::round(((W - Wp) * (r * j0s - 16 * j0) + Wp * (r * j1s - 16 * j0)) / W);
-        i2v = 16 * i0 + std::round(((H - Hp) * (r * i0s - 16 * i0) + Hp * (r * i2s - 16 * i0)) / H);
-        j2v = 16 * (j0 + Hp) +
-              std::round(((H - Hp) * (r * j0s - 16 * j0) + Hp * (r * j2s - 16 * (j0 + H))) / H);
-        D = (i1s - i3s) * (j2s - j3s) - (i2s - i3s) * (j1s - j3s);
-        g = ((i0s - i1s - i2s + i3s) * (j2s - j3s) - (i2s - i3s) * (j0s - j1s - j2s + j3s)) * H;
-        h = ((i1s - i3s) * (j0s - j1s - j2s + j3s) - (i0s - i1s - i2s + i3s) * (j1s - j3s)) * W;
-        a = D * (i1s - i0s) * H + g * i1s;
-        b = D * (i2s - i0s) * W + h * i2s;
-        c = D * i0s * W * H;
-        d = D * (j1s - j0s) * H + g * j1s;
-        e = D * (j2s - j0s) * W + h * j2s;
-        f = D * j0s * W * H;
-    }
-
-    Real F(Real I, Real J) const {
-        if (n == 0) return s * (i0 + I);
-        if (n == 1) return i0s + s * I;
-        if (n == 2) return i0s + upwards(((-r * i0s + i1v) * I + (r * j0s - j1v) * J) / (Wp * r));
-        if (n == 3)
-            return i0s + upwards(((-r * i0s + i1v) * Hp * I + (-r * i0s + i2v) * Wp * J) / (Wp * Hp * r));
-        return upwards((a * I + b * J + c) / (g * I + h * J + D * W * H));
-    }
-    Real G(Real I, Real J) const {
-        if (n == 0) return s * (j0 + J);
-        if (n == 1) return j0s + s * J;
-        if (n == 2) return j0s + upwards(((-r * j0s + j1v) * I + (-r * i0s + i1v) * J) / (Wp * r));
-        if (n == 3)
-            return j0s + upwards(((-r * j0s + j1v) * Hp * I + (-r * j0s + j2v) * Wp * J) / (Wp * Hp * r));
-        return upwards((d * I + e * J + f) / (g * I + h * J + D * W * H));
-    }
-    Real Fc(Real I, Real J) const { return chroma(I, J, i0, i0s, i1v, i2v, r * j0s - j1v, a, b, c, I); }
-    Real Gc(Real I, Real J) const {
-        // The second of two points turns: x and y change places and one its sign.
-        if (n == 2)
-            return upwards(((-r * j0s + j1v) * (4 * I + 1) + (-r * i0s + i1v) * (4 * J + 1) +
-                            2 * Wp * r * j0s - 16 * Wp) /
-                           (4 * Wp * r));
-        return chroma(I, J, j0, j0s, j1v, j2v, 0, d, e, f, J);
-    }
-
-    int n;
-    Real s, r, W, H, Wp = 1, Hp = 1;
-    Real i0, j0, i0s, j0s, i1s, j1s, i2s, j2s, i3s, j3s, i1v, j1v, i2v, j2v;
-    Real D, g, h, a, b, c, d, e, f;
-
-private:
-    // A luma vector of one point becomes one of chroma by Table 7-9: quarters become halves.
-    static Real halved(Real value) {
-        const Real whole = std::floor(value / 4) * 4, rest = value - whole;
-        return whole / 2 + (rest == 0 ? 0 : 1);
-    }
-
-    Real chroma(Real I, Real J, Real first, Real p0, Real v1, Real v2, Real turned, Real x, Real y, Real z,
-                Real own) const {
-        const Real X = 4 * I + 1, Y = 4 * J + 1;
-        if (n == 0) return s * (first / 2 + own);
-        if (n == 1) return halved(p0) + s * own;
-        if (n == 2)
-            return upwards(((-r * p0 + v1) * X + turned * Y + 2 * Wp * r * p0 - 16 * Wp) / (4 * Wp * r));
-        if (n == 3)
-            return upwards(
-                ((-r * p0 + v1) * Hp * X + (-r * p0 + v2) * Wp * Y + 2 * Wp * Hp * r * p0 - 16 * Wp * Hp) /
-                (4 * Wp * Hp * r));
-        const Real divisor = g * X + h * Y + 2 * D * W * H;
-        return upwards((2 * x * X + 2 * y * Y + 4 * z - divisor * s) / (4 * divisor));
-    }
-};
 
 // 7.8.6: bilinear, the sprite's border samples go on for ever.
 int sampleAt(const Source<Kel8u> &sprite, KeliRect rect, Real x, Real y, Real s, int rounding) {
@@ -214,36 +72,11 @@ void compareChroma(const Setting &t, KeliRect part, int more) {
     }
 }
 
-std::vector<int> differentials(std::mt19937 &generator, int points, int most) {
-    std::vector<int> values;
-    for (int i = 0; i < points; ++i) values.push_back(static_cast<int>(generator() % (2 * most + 1)) - most);
-    return values;
-}
-
-Setting randomSetting(std::mt19937 &generator, int points) {
-    const auto even = [&](int low, int high) {
-        return low + 2 * static_cast<int>(generator() % static_cast<unsigned>((high - low) / 2 + 1));
-    };
-    const auto size = [&] { return 17 + static_cast<int>(generator() % 40); };
-    Setting t;
-    t.picture = {even(-40, 40), even(-40, 40), size(), size()};
-    t.sprite = {t.picture.x + even(-10, 10), t.picture.y + even(-10, 10), size() + 8, size() + 8};
-    // Four corners that move by less than a quarter of a side never turn over.
-    t.du = differentials(generator, points, points == 4 ? 4 : 60);
-    t.dv = differentials(generator, points, points == 4 ? 4 : 60);
-    t.accuracy = static_cast<int>(generator() % 4);
-    t.rounding = static_cast<int>(generator() % 2);
-    return t;
-}
-
 KeliRect evenPart(std::mt19937 &generator, KeliRect rect) {
     const int x = 2 * static_cast<int>(generator() % 5), y = 2 * static_cast<int>(generator() % 5);
     return {rect.x + x, rect.y + y, 1 + static_cast<int>(generator() % (rect.width - x)),
             1 + static_cast<int>(generator() % (rect.height - y))};
 }
-
-const KeliRect square = {0, 0, 16, 16};
-const KeliRect wide = {0, 0, 64, 64};
 
 // What becomes of a sprite whose samples tell their column, 4 for each; rows are alike.
 std::vector<int> columnsOf(const Setting &t) {
@@ -257,15 +90,6 @@ std::vector<int> columnsOf(const Setting &t) {
     std::vector<int> columns;
     for (int col = 0; col < t.picture.width; ++col) columns.push_back(dst(3, col));
     return columns;
-}
-
-KeliMotionVector vectorOf(const Setting &t, int x, int y) {
-    Spec spec(t);
-    EXPECT_EQ(kelStsNoErr, spec.status());
-    Destination<KeliMotionVector> mv(1, 1);
-    EXPECT_EQ(kelStsNoErr, keliCalcGlobalMV_MPEG4(x, y, mv.data(), spec.get()));
-    EXPECT_TRUE(mv.surroundingsIntact());
-    return mv[0];
 }
 
 } // namespace
@@ -430,96 +254,7 @@ TEST(KelvaraMpeg4Warp, ExtremesOfFourPointsStayInTheSprite) {
     EXPECT_GT(made, 0);
 }
 
-// ---- global motion ----------------------------------------------------------------------
-
-TEST(KelvaraMpeg4Warp, VectorIsTheMeanMotionOfTheMacroblock) {
-    std::mt19937 generator(3);
-    for (int i = 0; i < 200; ++i) {
-        Setting t = randomSetting(generator, i % 5);
-        t.quarterSample = i / 5 % 2;
-        t.fcode = 1 + i / 10 % 2;
-        const int x = static_cast<int>(generator() % 17), y = static_cast<int>(generator() % 17);
-        const Model model(t);
-        Real sumX = 0, sumY = 0;
-        for (int k = 0; k < 256; ++k) {
-            const int I = x + k % 16, J = y + k / 16;
-            sumX += model.F(I, J) / model.s - (t.picture.x + I);
-            sumY += model.G(I, J) / model.s - (t.picture.y + J);
-        }
-        const int unit = t.quarterSample ? 4 : 2, range = 16 << t.fcode;
-        const auto mean = [&](Real sum) {
-            return std::clamp(static_cast<int>(std::round(sum * unit / 256)), -range, range - 1);
-        };
-        if (i % 5 == 4 && x + 15 > t.picture.width) continue;
-        SCOPED_TRACE(testing::Message() << t.points() << " points, " << i);
-        const KeliMotionVector mv = vectorOf(t, x, y);
-        EXPECT_EQ(mean(sumX), mv.x);
-        EXPECT_EQ(mean(sumY), mv.y);
-    }
-}
-
-TEST(KelvaraMpeg4Warp, VectorOfOnePointIsItsDifferential) {
-    for (int accuracy = 0; accuracy < 4; ++accuracy) {
-        Setting t{{3}, {-5}, accuracy, wide, wide, 2};
-        EXPECT_EQ(3, vectorOf(t, 16, 32).x);
-        EXPECT_EQ(-5, vectorOf(t, 16, 32).y);
-        t.quarterSample = 1;
-        EXPECT_EQ(6, vectorOf(t, 16, 32).x);
-        EXPECT_EQ(-10, vectorOf(t, 16, 32).y);
-    }
-}
-
-TEST(KelvaraMpeg4Warp, VectorIsZeroWithoutPoints) {
-    const KeliMotionVector mv = vectorOf({{}, {}, 0, wide, wide}, 2, 3);
-    EXPECT_EQ(0, mv.x);
-    EXPECT_EQ(0, mv.y);
-}
-
-TEST(KelvaraMpeg4Warp, VectorIsLimitedByTheRangeOfFcode) {
-    for (int fcode = 1; fcode <= 7; ++fcode) {
-        Setting t{{16383}, {-16383}, 0, wide, wide, 2};
-        t.fcode = fcode;
-        EXPECT_EQ((16 << fcode) - 1, vectorOf(t, 0, 0).x);
-        EXPECT_EQ(-(16 << fcode), vectorOf(t, 0, 0).y);
-    }
-}
-
-// ---- brightness -------------------------------------------------------------------------
-
-TEST(KelvaraMpeg4Warp, BrightnessChangesByHundredths) {
-    for (int factor : {-112, -100, -99, -50, -1, 0, 1, 13, 50, 100, 113, 1648}) {
-        for (int more : {0, 5}) {
-            DstBlock<Kel8u> image(16, 16, 16 + more, more);
-            for (int i = 0; i < 256; ++i)
-                image.data()[i / 16 * image.step() + i % 16] = static_cast<Kel8u>(i);
-            ASSERT_EQ(kelStsNoErr,
-                      keliChangeSpriteBrightness_MPEG4_8u_C1IR(image.data(), image.step(), 16, 16, factor));
-            EXPECT_TRUE(image.surroundingsIntact());
-            for (int i = 0; i < 256; ++i) {
-                const double exact = i * (100 + factor) / 100.0;
-                const int expected = static_cast<int>(std::clamp(std::floor(exact + 0.5), 0.0, 255.0));
-                EXPECT_EQ(expected, image(i / 16, i % 16)) << factor << ", " << i;
-            }
-        }
-    }
-}
-
 // ---- bad arguments ------------------------------------------------------------------------
-
-TEST(KelvaraMpeg4Warp, BrightnessRefusesBadArguments) {
-    DstBlock<Kel8u> image(8, 8, 8);
-    const auto call = [&](int step, int w, int h, int factor) {
-        return keliChangeSpriteBrightness_MPEG4_8u_C1IR(image.data(), step, w, h, factor);
-    };
-    EXPECT_EQ(kelStsNullPtrErr, keliChangeSpriteBrightness_MPEG4_8u_C1IR(nullptr, 8, 0, 8, 1));
-    for (int size : {0, -1, -8}) {
-        EXPECT_EQ(kelStsSizeErr, call(0, size, 8, 1));
-        EXPECT_EQ(kelStsSizeErr, call(0, 8, size, 1));
-    }
-    for (int step : {7, 0, -8}) EXPECT_EQ(kelStsStepErr, call(step, 8, 8, 5000));
-    for (int factor : {-113, 1649, 1 << 30}) EXPECT_EQ(kelStsRangeErr, call(8, 8, 8, factor));
-    EXPECT_TRUE(image.untouched());
-}
 
 TEST(KelvaraMpeg4Warp, InitRefusesNullPointers) {
     int d = 0;
@@ -621,19 +356,4 @@ TEST(KelvaraMpeg4Warp, PlanesRefuseBadArguments) {
     EXPECT_EQ(kelStsStepErr, chroma({16, 16, 16, 3}, &all, good.get()));
     EXPECT_EQ(kelStsRangeErr, chroma({16, 16, 16, 16}, &odd, good.get()));
     EXPECT_TRUE(dst.untouched());
-}
-
-TEST(KelvaraMpeg4Warp, VectorRefusesBadArguments) {
-    Spec good({{1}, {1}, 1, square, square});
-    Destination<unsigned char> bytes(Spec::size());
-    Destination<KeliMotionVector> mv(1);
-    EXPECT_EQ(kelStsNullPtrErr, keliCalcGlobalMV_MPEG4(0, 0, nullptr, good.get()));
-    EXPECT_EQ(kelStsNullPtrErr, keliCalcGlobalMV_MPEG4(0, 0, mv.data(), nullptr));
-    EXPECT_EQ(kelStsContextErr,
-              keliCalcGlobalMV_MPEG4(0, 0, mv.data(), reinterpret_cast<KeliWarpSpec_MPEG4 *>(bytes.data())));
-    for (int place : {-1, 16, 1 << 30}) {
-        EXPECT_EQ(kelStsRangeErr, keliCalcGlobalMV_MPEG4(place, 0, mv.data(), good.get()));
-        EXPECT_EQ(kelStsRangeErr, keliCalcGlobalMV_MPEG4(0, place, mv.data(), good.get()));
-    }
-    EXPECT_TRUE(mv.untouched());
 }

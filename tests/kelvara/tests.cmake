@@ -9,7 +9,7 @@ target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/co
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
         h261vlc h263bits h263quant h263vlc
-        mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4tables mpeg4vlc mpeg4warp
+        mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
         h263filters h263resampling h263sampling
         cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
         bits blocks compensation dct248 deblocking differences edges idct interleaved interpolate intraprediction quantise reconstruction sad sadn satd
