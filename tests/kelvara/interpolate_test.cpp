@@ -11,8 +11,21 @@ namespace {
 
 // ---- the equations of ITU-T H.264 8.4.2.2 ----------------------------------------------
 
-// The reference sample x to the right and y below the position's full sample.
-using Neighbour = std::function<int(int x, int y)>;
+// The reference sample x to the right and y below the position's full sample. It refers to what it was made
+// of.
+class Neighbour {
+public:
+    template <class F>
+    Neighbour(const F &f)
+        : m_object(&f),
+          m_call([](const void *object, int x, int y) { return (*static_cast<const F *>(object))(x, y); }) {}
+
+    int operator()(int x, int y) const { return m_call(m_object, x, y); }
+
+private:
+    const void *m_object;
+    int (*m_call)(const void *, int, int);
+};
 
 int tap(int e, int f, int g, int h, int i, int j) {
     return e - 5 * f + 20 * g + 20 * h - 5 * i + j;

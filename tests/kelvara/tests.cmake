@@ -12,7 +12,8 @@ foreach(subject
         mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
         h263filters h263resampling h263sampling
         cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
-        bits blocks compensation dct248 deblocking differences edges idct interleaved interpolate intraprediction quantise reconstruction sad sadn satd
+        bits blocks compensation dct248 deblocking differences edges idct interleaved interpolate interpolateinterleaved
+        intraprediction quantise reconstruction sad sadn satd
         scan sumsdiff transform8x8 variance vlctable weightedprediction)
     rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
 endforeach()

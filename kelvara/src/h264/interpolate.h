@@ -85,7 +85,7 @@ inline void halfBoth(Src src, KeliSize size, PredictedBlock &out) {
     }
 }
 
-// The position in quarter samples, each a multiple of 2 from 0 to 4; one of them is odd in half samples.
+// x and y are 0, 2 or 4 quarters of a sample, so that the position is a full or a half sample.
 template <class Src>
 inline void atHalfSample(Src src, int x, int y, KeliSize size, PredictedBlock &out) {
     const int right = x / 4, down = y / 4;
@@ -103,7 +103,7 @@ inline void atHalfSample(Src src, int x, int y, KeliSize size, PredictedBlock &o
     }
 }
 
-inline void averageInto(PredictedBlock &block, const PredictedBlock &other, KeliSize size) {
+inline void meanInto(PredictedBlock &block, const PredictedBlock &other, KeliSize size) {
     for (int row = 0; row < size.height; ++row) {
         for (int col = 0; col < size.width; ++col)
             block.at[row][col] = static_cast<Kel8u>((block.at[row][col] + other.at[row][col] + 1) >> 1);
@@ -114,6 +114,7 @@ inline void averageInto(PredictedBlock &block, const PredictedBlock &other, Keli
 // both directions are odd, of the nearest b (or s) and h (or m).
 template <class Src, class Dst>
 inline void interpolateLuma(Src src, Dst dst, int dx, int dy, KeliSize size) {
+    if (dx == 0 && dy == 0) return copyBlock(src, dst, size);
     PredictedBlock first, second;
     if (dx % 2 && dy % 2) {
         atHalfSample(src, 2, dy / 2 * 4, size, first);
@@ -122,7 +123,7 @@ inline void interpolateLuma(Src src, Dst dst, int dx, int dy, KeliSize size) {
         atHalfSample(src, dx / 2 * 2, dy / 2 * 2, size, first);
         if (dx % 2 || dy % 2) atHalfSample(src, (dx + 1) / 2 * 2, (dy + 1) / 2 * 2, size, second);
     }
-    if (dx % 2 || dy % 2) averageInto(first, second, size);
+    if (dx % 2 || dy % 2) meanInto(first, second, size);
     copyBlock(first, dst, size);
 }
 

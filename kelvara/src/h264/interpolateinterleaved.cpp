@@ -1,4 +1,4 @@
-// interleaved.cpp - the exported interpolations of interleaved chroma of H.264.
+// interpolateinterleaved.cpp - the exported interpolations of interleaved chroma of H.264.
 
 #include "../common/checks.h"
 #include "interpolate.h"
