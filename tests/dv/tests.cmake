@@ -12,6 +12,7 @@ add_executable(makesegments dv/makesegments.cpp)
 target_link_libraries(makesegments PRIVATE dvcoding)
 
 rakova_test(kelvara_dvsegment_test dv/dvsegment_test.cpp LIBS dvcoding kelvc)
+rakova_test(kelvara_dvdamage_test dv/dvdamage_test.cpp LIBS dvcoding kelvc)
 rakova_test(dvpictures_test dv/dvpictures_test.cpp LIBS dvcoding kelvc)
 target_sources(dvpictures_test PRIVATE ${suites}/dvsegments.cpp)
 rakova_test(kelvara_dvquantise_test dv/dvquantise_test.cpp LIBS kelvc)

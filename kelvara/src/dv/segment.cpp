@@ -126,7 +126,7 @@ public:
             m_blocks[i].begin(area, pLevels + 64 * i);
             m_blocks[i].resume(area, decoder);
             if (m_blocks[i].broken()) m_broken = true;
-            if (m_blocks[i].ended()) own.append(area);
+            own.append(area); // nothing, if the block goes on
         }
         BitSpan rest = own.span();
         resume(rest, decoder);
@@ -156,17 +156,16 @@ private:
 static void decodeSegment(const Kel8u *segment, Kel16s *pLevels, const Decoder &decoder,
                           Macroblock (&all)[macroblocks]) {
     SpareBits<macroblocks * codedBytes> spare;
-    int whole = 0; // macroblocks in front of the first break
+    bool broken = false;
     for (int m = 0; m < macroblocks; ++m) {
         all[m].decode(segment + m * difBytes, pLevels + m * blocksOfMacroblock * 64, decoder);
-        if (whole < m || all[m].broken()) continue;
-        ++whole;
-        spare.append(all[m].spare());
+        broken = broken || all[m].broken();
+        if (!broken) spare.append(all[m].spare());
     }
     BitSpan bits = spare.span();
-    for (int m = 0; m < whole; ++m) {
-        all[m].resume(bits, decoder);
-        if (all[m].broken()) return;
+    for (Macroblock &macroblock : all) {
+        macroblock.resume(bits, decoder);
+        if (macroblock.broken()) return;
     }
 }
 
