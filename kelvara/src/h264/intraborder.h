@@ -99,8 +99,7 @@ inline Border<8> smoothed(const Border<8> &raw) {
         const int before = i > 0 ? raw.left[i - 1] : corner ? raw.corner : raw.left[0];
         result.left[i] = smooth(before, raw.left[i], raw.left[i < 7 ? i + 1 : 7]);
     }
-    result.corner = smooth(raw.has(Upper) ? raw.upper[0] : raw.corner, raw.corner,
-                           raw.has(Left) ? raw.left[0] : raw.corner);
+    result.corner = smooth(raw.upper[0], raw.corner, raw.left[0]); // modes that take it have all three
     return result;
 }
 

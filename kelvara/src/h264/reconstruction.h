@@ -51,6 +51,7 @@ inline Border<8> borderFor(const Border<8> &border) {
     return smoothed(border);
 }
 
+// What transform bypass does for the modes along one direction.
 template <int N>
 void addUpAlong(Differences<N> &differences, bool vertical, bool horizontal) {
     if (vertical) differences.addUpDown();
@@ -67,6 +68,10 @@ void reconstructBlocks(CodedBlocks &coded, Plane plane, const Kel32s *modes, int
         const Plane block = plane.at(place.row, place.col);
         const Square<N> predicted =
             predictedBlock(borderFor(Border<N>(block.samples(), neighboursOf(place, available))), mode);
+        if (!coded.has(lumaBlocks + k)) {
+            predicted.storeTo(block.target());
+            continue;
+        }
         Differences<N> differences = differencesOf(coded.take<N * N>(lumaBlocks + k), scaling);
         if (scaling.bypass) addUpAlong(differences, mode == Vertical, mode == Horizontal);
         storeSum(predicted, differences, block.target());
@@ -93,7 +98,7 @@ inline void reconstructWhole(CodedBlocks &coded, Plane plane, int mode, int avai
     for (int k = 0; k < 16; ++k) {
         const BlockPlace<4> place(k);
         const Differences<4> block =
-            differencesOf(coded.take<16>(lumaBlocks + k), dc(place.row + place.col / 4), scaling);
+            differencesOf(coded, lumaBlocks + k, dc(place.row + place.col / 4), scaling);
         all.set<4>(place.row, place.col, [&](int row, int col) { return block.at[row][col]; });
     }
     if (scaling.bypass) addUpAlong(all, mode == Vertical, mode == Horizontal);
@@ -117,7 +122,7 @@ inline void readChroma(CodedBlocks &coded, const ColourPlane (&planes)[2], Diffe
     for (int c = 0; c < 2; ++c) {
         for (int k = 0; k < 4; ++k) {
             const Differences<4> block =
-                differencesOf(coded.take<16>(chromaBlocks + 4 * c + k), dc[c](k), planes[c].scaling);
+                differencesOf(coded, chromaBlocks + 4 * c + k, dc[c](k), planes[c].scaling);
             all[c].set<4>(4 * (k / 2), 4 * (k % 2), [&](int row, int col) { return block.at[row][col]; });
         }
     }

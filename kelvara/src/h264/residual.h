@@ -91,14 +91,22 @@ inline Differences<8> differencesOf(const Words<64> &coeffs, const Scaling &scal
     return result;
 }
 
-// The same for a block of 4x4 whose DC coefficient came by another way and is scaled.
-inline Differences<4> differencesOf(Words<16> coeffs, int dc, const Scaling &scaling) {
+// The same for the next block of 4x4, whose DC coefficient came by another way and is scaled. Without others
+// it raises all samples alike.
+inline Differences<4> differencesOf(CodedBlocks &coded, int bit, int dc, const Scaling &scaling) {
+    Differences<4> result;
     if (scaling.bypass) {
+        Words<16> coeffs = coded.take<16>(bit);
         coeffs.at[0] = static_cast<Kel32u>(dc);
         return differencesOf(coeffs, scaling);
     }
-    Differences<4> result;
-    result.set<4>(0, 0, Residual4x4(dequantised4x4(coeffs, scaling.qp, scaling.pLevels, dc)));
+    if (coded.has(bit)) {
+        const Words<16> coeffs = coded.take<16>(bit);
+        result.set<4>(0, 0, Residual4x4(dequantised4x4(coeffs, scaling.qp, scaling.pLevels, dc)));
+    } else {
+        const int same = static_cast<Kel32s>(halved(static_cast<Kel32u>(dc) + 32, 6));
+        result.set<4>(0, 0, [same](int, int) { return same; });
+    }
     return result;
 }
 
