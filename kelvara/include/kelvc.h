@@ -116,5 +116,6 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #include "kelvc_mpeg4.h"
 #include "kelvc_mpeg4bits.h"
 #include "kelvc_transform.h"
+#include "kelvc_vc1.h"
 
 #endif
