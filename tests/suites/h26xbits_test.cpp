@@ -2,9 +2,7 @@
 // calls.
 
 #include "kmvc.h"
-#include "seenargs.h"
-#include "spy.h"
-#include "suitetest.h"
+#include "seenbits.h"
 
 namespace {
 
@@ -85,26 +83,6 @@ const std::vector<Expected> quantTests = {
     quant("keliQuantInter_H263_16s_C1I", {"0"}, {"-"}),
 };
 
-// ---- what the spies keep ----------------------------------------------------------------
-
-// Bytes from the position to the end of the stream, and the bit.
-struct SeenPosition {
-    int block, room, offset;
-};
-bool operator==(SeenPosition const &a, SeenPosition const &b) {
-    return a.block == b.block && a.room == b.room && a.offset == b.offset;
-}
-
-std::vector<SeenPosition> g_positions; // of the calls in g_seen
-std::string g_answered;                // this function is not called but answers g_answer
-KelStatus g_answer;
-
-void keepPosition(Kel8u *const *ppStream, int const *pOffset) {
-    SeenPosition position = {-1, 0, *pOffset};
-    position.room = roomAt(*ppStream, &position.block);
-    g_positions.push_back(position);
-}
-
 } // namespace
 
 SUITE_TEST(H261Vlc, "h261vlc.cpp", h261Tests);
@@ -115,8 +93,6 @@ SUITE_TEST(H263Quant, "h263quant.cpp", quantTests);
 // ---- the spies ----------------------------------------------------------------------
 
 // clang-format off
-
-#define SPY_BITS(name, ...) (keepPosition(pp, o), g_answered == #name ? g_answer : SPY(name, __VA_ARGS__))
 
 #define SPY_ENCODE_261(name) \
     KelStatus name(const Kel16s *c, Kel8u **pp, int *o, int n, int scan) { return SPY_BITS(name, c, pp, o, n, scan); }
@@ -173,66 +149,12 @@ namespace {
 
 // ---- calls and positions ------------------------------------------------------------------
 
-// One call of the function that counts: its arguments and where its stream stood.
-struct CountedCall {
-    SeenCall call;
-    SeenPosition position;
-};
-
-class H26xBits : public suite::SuiteTest {
-protected:
-    // The function's calls in a run: of each set the warm-up, which must be alike, and one that counts.
-    std::vector<CountedCall> calls(std::string const &function) {
-        g_seen.clear();
-        g_positions.clear();
-        suite::Outcome outcome = run(function);
-        EXPECT_EQ(outcome.result, rkResSuccess) << outcome.log;
-        EXPECT_EQ(g_seen.size(), g_positions.size());
-        std::vector<CountedCall> all, counted;
-        for (size_t i = 0; i < g_seen.size(); ++i) {
-            if (g_seen[i].function == function) all.push_back({g_seen[i], g_positions[i]});
-        }
-        for (size_t i = 1; i < all.size(); i += 2) {
-            EXPECT_EQ(all[i].position, all[i - 1].position) << "the position is armed again";
-            counted.push_back(all[i]);
-        }
-        return counted;
-    }
-
-    // One call a set, in the order of the sets, each with these arguments and at this position.
-    struct ExpectedCall {
-        std::vector<Arg> args;
-        SeenPosition position;
-    };
-    void expectCalls(std::string const &function, std::vector<ExpectedCall> const &expected,
-                     std::vector<int> const &blocks = sizes) {
-        std::vector<CountedCall> seen = calls(function);
-        ASSERT_EQ(seen.size(), expected.size()) << function;
-        for (size_t i = 0; i < seen.size(); ++i) {
-            SCOPED_TRACE("set " + std::to_string(i));
-            expectArgs(seen[i].call, expected[i].args, blocks);
-            EXPECT_EQ(seen[i].position, expected[i].position) << function;
-        }
-    }
-
-    void TearDown() override { g_answered.clear(); }
-};
+class H26xBits : public BitStreamSuite {};
 
 const SeenPosition atStart = {Stream, 1024, 0}, behindDc = {Stream, 1023, 0};
 const Arg stream = own(), bit = own(), coeffs = block(Coeffs), last = own();
 
 const int numbers261[] = {4, 8, 16, 32, 64}, numbers263[] = {4, 8, 16, 32, 63};
-
-// Elements 0 to count - 1 of the set in hand lie between -127 and 127 and are not 0; the others are.
-void expectCoefficients(Kel16s const *coeffs, int count) {
-    std::set<int> values;
-    for (int i = 0; i < 64; ++i) {
-        EXPECT_EQ(coeffs[i] != 0, i < count) << i;
-        EXPECT_LE(abs(coeffs[i]), 127);
-        if (i < count) values.insert(coeffs[i]);
-    }
-    EXPECT_GT(static_cast<int>(values.size()), count / 3);
-}
 
 Kel16s *coeffsOf(std::vector<suite::Block> const &blocks) {
     return reinterpret_cast<Kel16s *>(blocks[Coeffs].data);
@@ -249,7 +171,7 @@ TEST_F(H26xBits, H261CodersTakeTheirCountAndScan) {
             for (int scan : {-1, 0})
                 expected.push_back({{coeffs, stream, bit, value(n), value(scan)}, atStart});
         }
-        expectCalls(function, expected);
+        expectCalls(function, expected, sizes);
     }
 }
 
@@ -258,14 +180,15 @@ TEST_F(H26xBits, H261DecodersStartAtTheBeginningOfTheStream) {
         std::vector<ExpectedCall> expected;
         for (int set = 0; set < 10; ++set)
             expected.push_back({{stream, bit, coeffs, last, value(set % 2 - 1)}, atStart});
-        expectCalls(function, expected);
+        expectCalls(function, expected, sizes);
     }
 }
 
 TEST_F(H26xBits, H261ReconstructionTakesAQuantOfTwo) {
     for (char const *function :
          {"keliReconstructCoeffsIntra_H261_1u16s", "keliReconstructCoeffsInter_H261_1u16s"})
-        expectCalls(function, std::vector<ExpectedCall>(5, {{stream, bit, coeffs, last, value(2)}, atStart}));
+        expectCalls(function, std::vector<ExpectedCall>(5, {{stream, bit, coeffs, last, value(2)}, atStart}),
+                    sizes);
 }
 
 // ---- the calls of H.263 ---------------------------------------------------------------
@@ -278,7 +201,7 @@ TEST_F(H26xBits, H263IntraCoderTakesCountFlagsAndScan) {
             expected.push_back({{coeffs, stream, bit, value(n), adv, mod, scan}, atStart});
         }
     }
-    expectCalls("keliEncodeCoeffsIntra_H263_16s1u", expected);
+    expectCalls("keliEncodeCoeffsIntra_H263_16s1u", expected, sizes);
 }
 
 TEST_F(H26xBits, H263InterCoderTakesNoFlagOfAdvancedIntraCoding) {
@@ -288,7 +211,7 @@ TEST_F(H26xBits, H263InterCoderTakesNoFlagOfAdvancedIntraCoding) {
             expected.push_back(
                 {{coeffs, stream, bit, value(n), value(set / 2), value(set % 2 - 1)}, atStart});
     }
-    expectCalls("keliEncodeCoeffsInter_H263_16s1u", expected);
+    expectCalls("keliEncodeCoeffsInter_H263_16s1u", expected, sizes);
 }
 
 TEST_F(H26xBits, H263IntraDecoderStartsBehindDc) {
@@ -297,14 +220,14 @@ TEST_F(H26xBits, H263IntraDecoderStartsBehindDc) {
         const Arg adv = value(set / 4 % 2), mod = value(set / 2 % 2), scan = value(set % 2 - 1);
         expected.push_back({{stream, bit, coeffs, last, adv, mod, scan}, behindDc});
     }
-    expectCalls("keliDecodeCoeffsIntra_H263_1u16s", expected);
+    expectCalls("keliDecodeCoeffsIntra_H263_1u16s", expected, sizes);
 }
 
 TEST_F(H26xBits, H263InterDecoderStartsAtTheBeginningOfTheStream) {
     std::vector<ExpectedCall> expected;
     for (int set = 0; set < 20; ++set)
         expected.push_back({{stream, bit, coeffs, last, value(set / 2 % 2), value(set % 2 - 1)}, atStart});
-    expectCalls("keliDecodeCoeffsInter_H263_1u16s", expected);
+    expectCalls("keliDecodeCoeffsInter_H263_1u16s", expected, sizes);
 }
 
 TEST_F(H26xBits, H263IntraReconstructionStartsWithDcUnlessThatIsCodedWithTheOthers) {
@@ -315,14 +238,14 @@ TEST_F(H26xBits, H263IntraReconstructionStartsWithDcUnlessThatIsCodedWithTheOthe
         expected.push_back({{stream, bit, coeffs, last, value(1), value(2), value(adv), scan, mod},
                             adv ? behindDc : atStart});
     }
-    expectCalls("keliReconstructCoeffsIntra_H263_1u16s", expected);
+    expectCalls("keliReconstructCoeffsIntra_H263_1u16s", expected, sizes);
 }
 
 TEST_F(H26xBits, H263InterReconstructionTakesQuantAndFlag) {
     std::vector<ExpectedCall> expected;
     for (int set = 0; set < 10; ++set)
         expected.push_back({{stream, bit, coeffs, last, value(2), value(set % 2)}, atStart});
-    expectCalls("keliReconstructCoeffsInter_H263_1u16s", expected);
+    expectCalls("keliReconstructCoeffsInter_H263_1u16s", expected, sizes);
 }
 
 TEST_F(H26xBits, DcIsTheLevelTwoAtTheBeginningOfTheStream) {
