@@ -2,8 +2,6 @@
 
 #include "h261model.h"
 
-#include <set>
-
 using namespace h261;
 
 namespace {
@@ -65,30 +63,6 @@ std::string textOf(const Kind &kind, const Levels &block, int count = 64) {
     EXPECT_EQ(kelStsNoErr, c.status);
     return c.text();
 }
-
-// Which codes of the table blocks have made, and which escaped levels.
-class Coverage {
-public:
-    void add(const Levels &levels, bool intra) {
-        bool first = !intra;
-        for (const ModelEvent &e : modelEvents(levels, intra, 64)) {
-            const EventKey key = {0, e.run, std::abs(e.level)};
-            const bool isShort = first && e.run == 0 && std::abs(e.level) == 1;
-            if (!isShort) (words.count(key) ? m_words : m_escaped).insert(key);
-            m_short += isShort;
-            first = false;
-        }
-    }
-    void expectAll(bool intra) const {
-        EXPECT_EQ(words.size(), m_words.size());
-        EXPECT_GT(m_escaped.size(), 3000u);
-        EXPECT_EQ(!intra, m_short > 0);
-    }
-
-private:
-    std::set<EventKey> m_words, m_escaped;
-    int m_short = 0;
-};
 
 } // namespace
 
@@ -184,33 +158,50 @@ TEST(KelvaraH261Vlc, KnownBlocksHaveTheirCodes) {
 
 // ---- both ways -----------------------------------------------------------------------
 
-TEST(KelvaraH261Vlc, RandomBlocksComeBackAndHaveEveryCode) {
+namespace {
+
+// LAST is no part of the codes.
+void expectBothWays(const Kind &kind) {
     StreamEnd end;
-    for (const Kind &kind : kinds) {
-        std::mt19937 generator(1);
-        Coverage coverage;
-        for (int pass = 0; pass < 100000; ++pass) {
-            const Levels levels = randomBlockOf(kind, generator);
-            const int scan = between(generator, -1, 0), offset = between(generator, 0, 7);
-            const int all = countNonZero(levels, 0);
-            if (all == 0) continue;
-            const Coded c = coded(kind, placed(levels, scan), generator() % 2 ? all : 64, scan, offset);
-            ASSERT_EQ(kelStsNoErr, c.status);
-            const Decoded d = decodedBy(decoder(kind, scan), end.hold(c.bytes), offset);
-            ASSERT_EQ(kelStsNoErr, d.status);
-            ASSERT_EQ(placed(levels, scan), d.block);
-            ASSERT_EQ(lastPlace(levels), d.last);
-            ASSERT_EQ(c.bits, d.bits);
-            coverage.add(levels, kind.intra);
-        }
-        coverage.expectAll(kind.intra);
+    std::mt19937 generator(1);
+    SeenEvents seen, firsts;
+    for (int pass = 0; pass < 100000; ++pass) {
+        const Levels levels = randomBlockOf(kind, generator);
+        const int scan = between(generator, -1, 0), offset = between(generator, 0, 7);
+        const int all = countNonZero(levels, 0);
+        if (all == 0) continue;
+        const Levels block = placed(levels, scan);
+        const Coded c = coded(kind, block, generator() % 2 ? all : 64, scan, offset);
+        ASSERT_EQ(kelStsNoErr, c.status);
+        const Decoded d = decodedBy(decoder(kind, scan), end.hold(c.bytes), offset);
+        ASSERT_EQ(kelStsNoErr, d.status);
+        ASSERT_EQ(block, d.block);
+        ASSERT_EQ(lastPlace(levels), d.last);
+        ASSERT_EQ(c.bits, d.bits);
+        // The short form is not the table's code.
+        const bool isShort = !kind.intra && std::abs(levels[0]) == 1;
+        (isShort ? firsts : seen).add(levels, kind.intra);
     }
+    for (const auto &[key, word] : words)
+        EXPECT_TRUE(seen.has({0, key[1], key[2]}) || seen.has({1, key[1], key[2]})) << word;
+    EXPECT_GT(seen.countBeside(words, 1, 127), 3000);
+    EXPECT_EQ(!kind.intra, firsts.has({0, 0, 1})) << "the short form";
+}
+
+} // namespace
+
+TEST(KelvaraH261Vlc, RandomIntraBlocksComeBackAndHaveEveryCode) {
+    expectBothWays(kinds[0]);
+}
+
+TEST(KelvaraH261Vlc, RandomInterBlocksComeBackAndHaveEveryCode) {
+    expectBothWays(kinds[1]);
 }
 
 TEST(KelvaraH261Vlc, StreamsAreThoseOfTheModel) {
     for (const Kind &kind : kinds) {
         std::mt19937 generator(2);
-        for (int pass = 0; pass < 5000; ++pass) {
+        for (int pass = 0; pass < 3000; ++pass) {
             const Levels levels = randomBlockOf(kind, generator);
             const int scan = between(generator, -1, 0), all = countNonZero(levels, 0);
             const int count = between(generator, 0, all), counted = count - (kind.intra && count > 0);
@@ -275,13 +266,13 @@ TEST(KelvaraH261Vlc, RandomBitsAreABlockOrAnError) {
     for (const Kind &kind : kinds) {
         std::mt19937 generator(3);
         int blocks = 0, errors = 0;
-        for (int pass = 0; pass < 20000; ++pass) {
+        for (int pass = 0; pass < 1500; ++pass) {
             const std::string text =
                 pass % 2 ? bitsOf(randomBytes(generator, 200)) : likelyText(generator, kind);
             ASSERT_NO_FATAL_FAILURE(expectAsModel(kind, text, blocks, errors));
         }
-        EXPECT_GT(blocks, 3000);
-        EXPECT_GT(errors, 1000);
+        EXPECT_GT(blocks, 250);
+        EXPECT_GT(errors, 75);
     }
 }
 
@@ -289,13 +280,13 @@ TEST(KelvaraH261Vlc, StreamsThatBreakOffAreABlockOrAnError) {
     for (const Kind &kind : kinds) {
         std::mt19937 generator(4);
         int blocks = 0, errors = 0;
-        for (int pass = 0; pass < 5000; ++pass) {
+        for (int pass = 0; pass < 1000; ++pass) {
             const std::string whole = blockText(randomBlockOf(kind, generator), kind.intra, 64);
             std::string text = whole.substr(0, between(generator, 0, static_cast<int>(whole.size())));
             text.resize(8 * 200, pass % 2 ? '0' : '1');
             ASSERT_NO_FATAL_FAILURE(expectAsModel(kind, text, blocks, errors));
         }
-        EXPECT_GT(errors, 1000);
+        EXPECT_GT(errors, 200);
     }
 }
 
@@ -375,7 +366,7 @@ TEST(KelvaraH261Vlc, ReconstructionIsThatOfTheStandard) {
     for (const Kind &kind : kinds) {
         std::mt19937 generator(5);
         for (int QP = 1; QP <= 31; ++QP) {
-            for (int pass = 0; pass < 200; ++pass) {
+            for (int pass = 0; pass < 60; ++pass) {
                 const Levels levels = randomBlockOf(kind, generator);
                 if (countNonZero(levels, 0) == 0) continue;
                 Levels expected;

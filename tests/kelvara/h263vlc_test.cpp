@@ -2,8 +2,6 @@
 
 #include "h263model.h"
 
-#include <set>
-
 using namespace h263;
 
 namespace {
@@ -51,26 +49,6 @@ Levels randomBlockOf(const Coding &c, std::mt19937 &generator) {
     return randomLevels(generator, c.first(), c.low(), c.high());
 }
 
-// Which codes blocks have made.
-class Coverage {
-public:
-    void add(const Coding &c, const Levels &levels) {
-        for (const ModelEvent &e : modelEvents(levels, c.first(), 64)) {
-            const EventKey key = {e.last, e.run, std::abs(e.level)};
-            const bool extended = std::abs(e.level) > 127;
-            (c.words().count(key) ? m_words : extended ? m_extended : m_escaped).insert(key);
-        }
-    }
-    void expectAll(const Coding &c) const {
-        EXPECT_EQ(102u, m_words.size());
-        EXPECT_GT(m_escaped.size(), 3000u);
-        EXPECT_EQ(c.mod, m_extended.size() > 1000u);
-    }
-
-private:
-    std::set<EventKey> m_words, m_escaped, m_extended;
-};
-
 const Coding &interCoding = codings[0], &extendedCoding = codings[1];
 const Coding &intraCoding = codings[2], &advancedCoding = codings[4];
 
@@ -100,7 +78,7 @@ TEST(KelvaraH263Vlc, EachEventHasTheCodeOfItsTableOrIsEscaped) {
     for (const Coding &c : codings) {
         const std::string lastOne = eventText(c, 1, 0, -1);
         for (int run = 0; run < 62; ++run) {
-            for (int level = c.low(); level <= c.high(); level += std::abs(level) < 40 ? 1 : 7) {
+            for (int level = c.low(); level <= c.high(); level += std::abs(level) < 40 ? 1 : 29) {
                 if (level == 0) continue;
                 Levels block{};
                 block[run + c.first()] = static_cast<Kel16s>(level);
@@ -196,45 +174,52 @@ namespace {
 void expectBothWays(const Coding &c) {
     StreamEnd end;
     std::mt19937 generator(1);
-    Coverage coverage;
+    SeenEvents seen;
     for (int pass = 0; pass < 100000; ++pass) {
         const Levels levels = randomBlockOf(c, generator);
         const int scan = between(generator, -1, 2), offset = between(generator, 0, 7);
         const int all = countNonZero(levels, c.first());
         if (all == 0) continue;
-        const Coded result = coded(c, placed(levels, scan), generator() % 2 ? all : 64, scan, offset);
+        const Levels block = placed(levels, scan);
+        const Coded result = coded(c, block, generator() % 2 ? all : 64, scan, offset);
         ASSERT_EQ(kelStsNoErr, result.status);
         const Decoded d = decodedBy(decoder(c, scan), end.hold(result.bytes), offset);
         ASSERT_EQ(kelStsNoErr, d.status);
-        ASSERT_EQ(decodable(c, placed(levels, scan)), d.block);
+        ASSERT_EQ(decodable(c, block), d.block);
         ASSERT_EQ(lastPlace(levels), d.last);
         ASSERT_EQ(result.bits, d.bits);
-        coverage.add(c, levels);
+        seen.add(levels, c.first());
     }
-    coverage.expectAll(c);
+    for (const auto &[key, word] : c.words()) EXPECT_TRUE(seen.has(key)) << word;
+    EXPECT_GT(seen.countBeside(c.words(), 1, 127), 3000) << "escaped";
+    EXPECT_EQ(c.mod, seen.countBeside(c.words(), 128, 1024) > 1000) << "extended";
 }
 
 } // namespace
 
 TEST(KelvaraH263Vlc, RandomInterBlocksComeBackAndHaveEveryCode) {
     expectBothWays({false, false, false});
-    expectBothWays({false, false, true});
 }
-
 TEST(KelvaraH263Vlc, RandomIntraBlocksComeBackAndHaveEveryCode) {
     expectBothWays({true, false, false});
-    expectBothWays({true, false, true});
 }
-
 TEST(KelvaraH263Vlc, RandomAdvancedIntraBlocksComeBackAndHaveEveryCode) {
     expectBothWays({true, true, false});
+}
+TEST(KelvaraH263Vlc, RandomInterBlocksOfLongLevelsComeBackAndHaveEveryCode) {
+    expectBothWays({false, false, true});
+}
+TEST(KelvaraH263Vlc, RandomIntraBlocksOfLongLevelsComeBackAndHaveEveryCode) {
+    expectBothWays({true, false, true});
+}
+TEST(KelvaraH263Vlc, RandomAdvancedIntraBlocksOfLongLevelsComeBackAndHaveEveryCode) {
     expectBothWays({true, true, true});
 }
 
 TEST(KelvaraH263Vlc, StreamsAreThoseOfTheModel) {
     for (const Coding &c : codings) {
         std::mt19937 generator(2);
-        for (int pass = 0; pass < 3000; ++pass) {
+        for (int pass = 0; pass < 2000; ++pass) {
             const Levels levels = withDc(randomBlockOf(c, generator), 3);
             const int scan = between(generator, -1, 2), all = countNonZero(levels, c.first());
             const int count = between(generator, 0, all);
@@ -291,13 +276,13 @@ TEST(KelvaraH263Vlc, RandomBitsAreABlockOrAnError) {
     for (const Coding &c : codings) {
         std::mt19937 generator(3);
         int blocks = 0, errors = 0;
-        for (int pass = 0; pass < 6000; ++pass) {
+        for (int pass = 0; pass < 400; ++pass) {
             const std::string text =
                 pass % 2 ? bitsOf(randomBytes(generator, streamBytes)) : likelyText(generator, c);
             ASSERT_NO_FATAL_FAILURE(expectAsModel(c, text, blocks, errors));
         }
-        EXPECT_GT(blocks, 2000);
-        EXPECT_GT(errors, 500);
+        EXPECT_GT(blocks, 100);
+        EXPECT_GT(errors, 20);
     }
 }
 
@@ -305,13 +290,13 @@ TEST(KelvaraH263Vlc, StreamsThatBreakOffAreABlockOrAnError) {
     for (const Coding &c : codings) {
         std::mt19937 generator(4);
         int blocks = 0, errors = 0;
-        for (int pass = 0; pass < 3000; ++pass) {
+        for (int pass = 0; pass < 300; ++pass) {
             const std::string whole = blockText(c, randomBlockOf(c, generator), 64);
             std::string text = whole.substr(0, between(generator, 0, static_cast<int>(whole.size())));
             text.resize(8 * streamBytes, pass % 2 ? '0' : '1');
             ASSERT_NO_FATAL_FAILURE(expectAsModel(c, text, blocks, errors));
         }
-        EXPECT_GT(errors, 500);
+        EXPECT_GT(errors, 20);
     }
 }
 

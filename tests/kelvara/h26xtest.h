@@ -88,6 +88,41 @@ inline std::vector<ModelEvent> modelEvents(const Levels &levels, int first, int 
     return events;
 }
 
+// Which events blocks have had, by last, run and magnitude.
+class SeenEvents {
+public:
+    void add(const Levels &levels, int first) {
+        int run = 0;
+        char *latest = nullptr;
+        for (int place = first; place < 64; ++place, ++run) {
+            if (levels[place] == 0) continue;
+            if (latest) latest[0] = 1;
+            latest = &at(0, run, std::abs(levels[place]));
+            run = -1;
+        }
+        if (latest) latest[lastOffset] = 1;
+    }
+    bool has(const EventKey &key) const { return m_seen[key[0] * lastOffset + key[1] * levels + key[2]]; }
+    // Of those that are no word.
+    int countBeside(const Words &words, int low, int high) const {
+        int count = 0;
+        for (int last : {0, 1}) {
+            for (int run = 0; run < 64; ++run) {
+                for (int level = low; level <= high; ++level)
+                    count += has({last, run, level}) && !words.count({last, run, level});
+            }
+        }
+        return count;
+    }
+
+private:
+    static constexpr int levels = 1025, lastOffset = 64 * levels;
+
+    char &at(int last, int run, int level) { return m_seen[last * lastOffset + run * levels + level]; }
+
+    std::vector<char> m_seen = std::vector<char>(2 * lastOffset);
+};
+
 inline int countNonZero(const Levels &levels, int first) {
     int count = 0;
     for (int place = first; place < 64; ++place) count += levels[place] != 0;
@@ -163,21 +198,20 @@ using Encoder = std::function<KelStatus(Kel8u **, int *)>;
 
 // Whatever bits do not belong to the block stay.
 inline Coded codedBy(const Encoder &encode, int offset, Kel8u before) {
-    Bytes room(streamBytes + 2, before);
+    Bytes room(streamBytes + 2, before), expected = room;
     Kel8u *p = room.data() + 1;
     int bit = offset;
     Coded coded{encode(&p, &bit), {}, offset, 0};
-    const int end = static_cast<int>(p - room.data() - 1) * 8 + bit;
+    const int end = static_cast<int>(p - room.data() - 1) * 8 + bit, bytes = (end + 7) / 8;
     coded.bits = end - offset;
-    const int bytes = (end + 7) / 8;
     if (bit < 0 || bit > 7 || coded.bits < 0 || bytes > streamBytes) {
         ADD_FAILURE() << "the position is lost";
         return coded;
     }
-    EXPECT_EQ(before, room[0]);
-    for (int i = 1 + bytes; i < streamBytes + 2; ++i) EXPECT_EQ(before, room[i]);
-    EXPECT_EQ(0, (room[1] ^ before) >> (8 - offset));
-    EXPECT_EQ(0, (room[bytes] ^ before) & (0xFF >> (end + 7) % 8 >> 1));
+    std::copy_n(room.begin() + 1, bytes, expected.begin() + 1);
+    EXPECT_TRUE(expected == room) << "a byte beside the block";
+    EXPECT_EQ(0, (room[1] ^ before) >> (8 - offset)) << "a bit in front of it";
+    EXPECT_EQ(0, (room[bytes] ^ before) & (0xFF >> (end + 7) % 8 >> 1)) << "a bit behind it";
     coded.bytes.assign(room.begin() + 1, room.begin() + 1 + bytes);
     return coded;
 }
