@@ -60,6 +60,12 @@ TEST(KelvaraMpeg4Sprite, VectorIsZeroWithoutPoints) {
     EXPECT_EQ(0, mv.y);
 }
 
+// Sample (col, row) moves by (col + row) / 16, on the average from (5, 0) on by 20 / 16: 2.5 half samples.
+TEST(KelvaraMpeg4Sprite, HalvesOfAVectorGoAwayFromZero) {
+    EXPECT_EQ(3, vectorOf({{0, 2, 2}, {0, 0, 0}, 3, wide, square}, 5, 0).x);
+    EXPECT_EQ(-3, vectorOf({{0, -2, -2}, {0, 0, 0}, 3, wide, square}, 5, 0).x);
+}
+
 TEST(KelvaraMpeg4Sprite, VectorIsLimitedByTheRangeOfFcode) {
     for (int fcode = 1; fcode <= 7; ++fcode) {
         Setting t{{16383}, {-16383}, 0, wide, wide, 2};
