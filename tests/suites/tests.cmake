@@ -19,7 +19,7 @@ target_link_libraries(suitechecks PUBLIC suitetest)
 rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
-        mpeg4warp mpeg4picture
+        mpeg4warp mpeg4bits mpeg4picture
         h26xbits
         addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
         reconstruct timvcsad variance)
