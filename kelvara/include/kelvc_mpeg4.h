@@ -44,10 +44,10 @@ KELAPI KelStatus keliOBMC8x8HP_MPEG4_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8
 KELAPI KelStatus keliOBMC16x16HP_MPEG4_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8u *pDst, int dstStep, const KeliMotionVector *pMVCur, const KeliMotionVector *pMVLeft, const KeliMotionVector *pMVRight, const KeliMotionVector *pMVAbove, const KeliMotionVector *pMVBelow, int rounding);
 KELAPI KelStatus keliOBMC8x8QP_MPEG4_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8u *pDst, int dstStep, const KeliMotionVector *pMVCur, const KeliMotionVector *pMVLeft, const KeliMotionVector *pMVRight, const KeliMotionVector *pMVAbove, const KeliMotionVector *pMVBelow, int rounding);
 
-// Bytes of a specification.
+// Bytes of a description.
 KELAPI KelStatus keliWarpGetSize_MPEG4(int *pSpecSize);
 
-// Makes the specification of a warping (7.8.4, 7.8.5). pDU and pDV hold the differentials of numWarpingPoints
+// Makes the description of a warping (7.8.4, 7.8.5). pDU and pDV hold the differentials of numWarpingPoints
 // points, 0 to 4, in half samples, -16383 to 16383. spriteType is 1 for a static sprite and 2 for global
 // motion, which has 3 points at most; warpingAccuracy 0 to 3 stands for 1/2 to 1/16 sample; quarterSample, 0
 // or 1, is the unit of the vectors of keliCalcGlobalMV_MPEG4, and fcode, 1 to 7, their range. spriteRect is
@@ -61,7 +61,7 @@ KELAPI KelStatus keliWarpInit_MPEG4(KeliWarpSpec_MPEG4 *pSpec, const int *pDU, c
 // of the part. dstRect is that part, for chroma too in luma samples: it lies within vopRect, else
 // kelStsSizeErr. Chroma planes have half the columns and rows, a half rounded up; x and y of a part are even
 // for them, else kelStsRangeErr. Positions outside the sprite take its nearest sample. kelStsContextErr for a
-// specification that keliWarpInit_MPEG4 has not made.
+// description that keliWarpInit_MPEG4 has not made.
 KELAPI KelStatus keliWarpLuma_MPEG4_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8u *pDst, int dstStep, const KeliRect *dstRect, const KeliWarpSpec_MPEG4 *pSpec);
 KELAPI KelStatus keliWarpChroma_MPEG4_8u_P2R(const Kel8u *pSrcCb, int srcCbStep, const Kel8u *pSrcCr, int srcCrStep, Kel8u *pDstCb, int dstCbStep, Kel8u *pDstCr, int dstCrStep, const KeliRect *dstRect, const KeliWarpSpec_MPEG4 *pSpec);
 

@@ -1,4 +1,4 @@
-// warpspec.cpp - the specification of an MPEG-4 warping.
+// warpspec.cpp - the description of an MPEG-4 warping.
 
 #include "warpspec.h"
 

@@ -1,4 +1,4 @@
-// warpmodel.h - specifications of MPEG-4 warpings for the golden tests, and the mappings of the standard in
+// warpmodel.h - descriptions of MPEG-4 warpings for the golden tests, and the mappings of the standard in
 // floating point.
 
 #ifndef KELVARA_WARPMODEL_H
@@ -21,7 +21,7 @@ struct Setting {
     int s() const { return 2 << accuracy; }
 };
 
-// A specification in memory of exactly its size, at an odd address.
+// A description in memory of exactly its size, at an odd address.
 class Spec {
 public:
     explicit Spec(const Setting &setting) : m_bytes(size(), 1), m_status(init(setting)) {}

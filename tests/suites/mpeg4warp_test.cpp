@@ -56,12 +56,12 @@ Expected warp(char const *function, std::vector<int> written) {
 const std::vector<Expected> warps = {warp(warpLuma, {Dst1}), warp(warpChroma, {Dst1, Dst2})};
 
 // What the spies see behind the pointers.
-struct Specification {
+struct Description {
     std::vector<int> du, dv;
     std::vector<long long> numbers; // points to fcode
     KeliRect sprite, picture;
 };
-std::vector<Specification> g_specs;
+std::vector<Description> g_specs;
 std::vector<KeliRect> g_rects;
 
 bool same(KeliRect const &a, KeliRect const &b) {
@@ -136,7 +136,7 @@ TEST_F(Mpeg4Warp, GlobalMotionIsThatOfTheMacroblockAtTwoAndThree) {
     for (SeenCall const &call : calls) expectArgs(call, {value(2), value(3), own(), block(0)}, {specSize()});
     ASSERT_EQ(g_specs.size(), 4u);
     for (int points = 0; points < 4; ++points) {
-        Specification const &s = g_specs[points];
+        Description const &s = g_specs[points];
         EXPECT_EQ(s.du, (std::vector<int>{5, 3, 2, 1}));
         EXPECT_EQ(s.dv, s.du);
         EXPECT_EQ(s.numbers, (std::vector<long long>{points, 1, 0, 0, 0, 1}));
@@ -153,7 +153,7 @@ TEST_F(Mpeg4Warp, SpritesWithoutClippingAreLargerBy16) {
         const int lengths[] = {8, 16, 64, 128};
         for (int i = 0; i < 40; ++i) {
             const int n = lengths[i / 10], more = i % 2 ? 0 : 16;
-            Specification const &s = g_specs[i];
+            Description const &s = g_specs[i];
             EXPECT_EQ(s.du, (std::vector<int>{8, 1, 2, 3}));
             EXPECT_EQ(s.dv, s.du);
             EXPECT_EQ(s.numbers, (std::vector<long long>{i / 2 % 5, 1, 2, 0, 0, 1}));
@@ -212,7 +212,7 @@ TEST_F(Mpeg4Warp, WarpingByOnePointMovesThePicture) {
 
 // ---- refusals -----------------------------------------------------------------------------
 
-TEST_F(Mpeg4Warp, SpecificationThatCannotBeMadeRefusesTheTest) {
+TEST_F(Mpeg4Warp, DescriptionThatCannotBeMadeRefusesTheTest) {
     expectRefused(globalMotion, "numWarpingPoints = 5");
     expectRefused(warpLuma, "numWarpingPoints = -1");
     expectRefused(warpChroma, "warpingAccuracy = 4");

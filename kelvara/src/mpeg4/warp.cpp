@@ -126,7 +126,7 @@ KelStatus checkPlane(const Plane &plane, const Area &area) {
 
 } // namespace
 
-// ---- specifications ----------------------------------------------------------------------
+// ---- descriptions ----------------------------------------------------------------------
 
 KelStatus keliWarpGetSize_MPEG4(int *pSpecSize) {
     if (anyNull(pSpecSize)) return kelStsNullPtrErr;
