@@ -22,6 +22,7 @@ foreach(suite
         mpeg4warp mpeg4bits mpeg4picture
         h26xbits
         addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
+        genscale transform transformh264
         reconstruct timvcsad variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
