@@ -26,7 +26,9 @@ static KelStatus inverse4x4(Kel16s *pSrcDst) {
     if (anyNull(pSrcDst)) return kelStsNullPtrErr;
     Block8x8<Kel16s> block(pSrcDst);
     float coeffs[4][4], columns[4][4], samples[4][4];
-    for (int i = 0; i < 16; ++i) coeffs[i / 4][i % 4] = 0.5f * block.at[i / 4 * 8 + i % 4];
+    for (int v = 0; v < 4; ++v) {
+        for (int h = 0; h < 4; ++h) coeffs[v][h] = 0.5f * block.at[8 * v + h];
+    }
     transformAndTranspose(coeffs, columns);
     transformAndTranspose(columns, samples);
     for (int i = 0; i < 16; ++i) block.at[i] = roundTo<Kel16s>(samples[i / 4][i % 4]);
