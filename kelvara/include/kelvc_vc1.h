@@ -30,8 +30,8 @@ KELAPI KelStatus keliTransform4x4Inv_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstSte
 
 // Forward transforms, the ones that those inverses belong to: the product with both matrices of Annex A,
 // divided by the norms of their rows, so that coefficient (v, u) is (V * X * U')[v][u] * 1024 / (n(v) * n(u)),
-// rounded to the nearest, halves away from 0; the norms n are 1152, 1156, 1168, 1156 and again for 8 points,
-// 1156, 1168 and again for 4. The inverse of the result is within 4 of the block, mostly within 1.
+// rounded to the nearest; the norms n are 1152, 1156, 1168, 1156 and again for 8 points, 1156, 1168 and again
+// for 4. The inverse of the result is within 4 of the block, mostly within 1.
 KELAPI KelStatus keliTransform8x8Fwd_VC1_16s_C1R(const Kel16s *pSrc, int srcStep, Kel16s *pDst, int dstStep);
 KELAPI KelStatus keliTransform8x4Fwd_VC1_16s_C1R(const Kel16s *pSrc, int srcStep, Kel16s *pDst, int dstStep);
 KELAPI KelStatus keliTransform4x8Fwd_VC1_16s_C1R(const Kel16s *pSrc, int srcStep, Kel16s *pDst, int dstStep);

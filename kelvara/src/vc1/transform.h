@@ -86,20 +86,19 @@ private:
 
 // ---- forward ---------------------------------------------------------------------
 
-// What the products with the basis of W x H blocks are multiplied by. A product that falls on a half may come
-// out below it, as the factors are no binary fractions. All others stay 2^-18 away from a half, so that
-// factors that are larger by 2^-40 of themselves round every product as if they were exact.
+// What the products with the basis functions of W x H blocks are multiplied by. All quotients have an odd
+// denominator below 2^17, so that none falls on a half, and doubles are exact enough to round every one.
 template <int W, int H>
 struct Scales {
     constexpr Scales() : at() {
         for (int v = 0; v < H; ++v) {
-            for (int u = 0; u < W; ++u) at[v][u] = (1024.0 + 0x1p-30) / (norm<H>(v) * norm<W>(u));
+            for (int u = 0; u < W; ++u) at[v][u] = 1024.0 / (norm<H>(v) * norm<W>(u));
         }
     }
     double at[H][W];
 };
 
-// Nearest integer, halves away from zero.
+// Nearest integer; the value is no half.
 inline int rounded(double value) {
     return static_cast<int>(value + std::copysign(0.5, value));
 }
