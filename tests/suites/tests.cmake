@@ -23,7 +23,7 @@ foreach(suite
         h26xbits
         addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
         genscale transform transformh264
-        reconstruct timvcsad variance)
+        reconstruct reconstructstrip timvcsad variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
 target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
