@@ -18,16 +18,16 @@ extern "C" {
 // QP is 0 to 51; in 32s forms it has QpBdOffset in it and is 0 to 87. With chroma DC of 2x4 it is QP'c,dc,
 // which is 3 more than that of the AC coefficients, and so are its limits. Else kelStsRangeErr.
 //
-// pScaleLevels are levels of keliGenScaleLevel... for QP modulo 6: the forward ones of a forward function, the
-// inverse ones of an inverse function. Null stands for those of the flat scaling list of 16. DC functions use
-// the first level alone.
+// pScaleLevels are levels of keliGenScaleLevel... for QP modulo 6: the forward ones of a forward function,
+// the inverse ones of an inverse function. Null stands for those of the flat scaling list of 16. DC functions
+// use the first level alone.
 //
 // A forward function forms the level of a coefficient c as sign(c) * (|c| * factor / 2^s + r), the fraction
 // dropped. factor is the forward level, s is 15 + QP / 6 for 4x4, 16 + QP / 6 for 8x8 and DC blocks. r is 1/3
-// if intra is other than 0, else 1/6, as a fraction of 2^s that is rounded down. *pNumCoeffs becomes the number
-// of levels other than 0, *pLastCoeff the place in the scan of the last of these, -1 if there is none. pScan
-// holds the place in the scan of each position of the block, in raster order: 0 1 5 6 2 4 7 12 ... for the
-// zigzag scan. kelStsRangeErr for a place outside of the scan.
+// if intra is other than 0, else 1/6, as a fraction of 2^s that is rounded down. *pNumCoeffs becomes the
+// number of levels other than 0, *pLastCoeff the place in the scan of the last of these, -1 if there is none.
+// pScan holds the place in the scan of each position of the block, in raster order: 0 1 5 6 2 4 7 12 ... for
+// the zigzag scan. kelStsRangeErr for a place outside of the scan.
 
 // clang-format off
 
