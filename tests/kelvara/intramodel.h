@@ -3,8 +3,7 @@
 #ifndef KELVARA_INTRAMODEL_H
 #define KELVARA_INTRAMODEL_H
 
-#include <map>
-#include <utility>
+#include <stdexcept>
 
 #include "keltypes.h"
 
@@ -12,15 +11,30 @@
 const int hasUpper = 1, hasLeftTop = 2, hasLeftBottom = 4, hasCorner = 32, hasUpperRight = 64;
 const int hasLeft = hasLeftTop | hasLeftBottom;
 
-// Neighbours of a block by (x, y): those that stand in the map are "available for intra prediction".
+// Neighbours of a block by (x, y): a row at y -1 from the corner on, and a column at x -1. Those that have
+// been set are "available for intra prediction".
 class Neighbours {
 public:
-    void set(int x, int y, int value) { m_samples[{x, y}] = value; }
-    bool has(int x, int y) const { return m_samples.count({x, y}) > 0; }
-    int operator()(int x, int y) const { return m_samples.at({x, y}); } // throws for what is not there
+    Neighbours() {
+        for (int &sample : m_samples) sample = missing;
+    }
+    void set(int x, int y, int value) { m_samples[index(x, y)] = value; }
+    bool has(int x, int y) const { return m_samples[index(x, y)] != missing; }
+    int operator()(int x, int y) const {
+        if (!has(x, y)) throw std::logic_error("a neighbour that is not available");
+        return m_samples[index(x, y)];
+    }
 
 private:
-    std::map<std::pair<int, int>, int> m_samples;
+    static constexpr int missing = -1, widest = 32, highest = 16;
+
+    static int index(int x, int y) {
+        const bool inRow = y == -1 && x >= -1 && x < widest, inColumn = x == -1 && y >= 0 && y < highest;
+        if (!inRow && !inColumn) throw std::logic_error("no neighbour");
+        return inRow ? x + 1 : 1 + widest + y;
+    }
+
+    int m_samples[1 + widest + highest];
 };
 
 // Of a block of n x n with all its neighbours outside of it, by the bits.
