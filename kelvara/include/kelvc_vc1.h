@@ -9,9 +9,9 @@
 extern "C" {
 #endif
 
-// kelvc.h tells what all functions share. All steps are in bytes, whatever the element type, and at least a row
-// of the block unless a group says otherwise. The name holds width x height. C1IR functions work in place.
-// Clauses are those of SMPTE 421M. Results out of the range of their type are limited to it.
+// kelvc.h tells what all functions share. All steps are in bytes, whatever the element type, and at least a
+// row of the block unless a group says otherwise. The name holds width x height. C1IR functions work in
+// place. Clauses are those of SMPTE 421M. Results out of the range of their type are limited to it.
 
 // clang-format off
 
