@@ -54,7 +54,7 @@ public:
     Residual(Samples<Kel16s> coeffs, KeliSize nz) {
         int lines[H][W];
         for (int row = 0; row < nz.height; ++row) inverseRow(coeffs.from(row, 0), nz.width, lines[row]);
-        for (int row = 0; row < H; ++row) inverseColumns(lines, nz.height, row);
+        for (int row = 0; row < H / 2; ++row) inverseColumns(lines, nz.height, row);
     }
 
     int operator()(int row, int col) const { return m_values[row][col]; }
@@ -70,15 +70,18 @@ private:
         for (int col = 0; col < W; ++col) line[col] = sum[col] >> 3;
     }
 
-    // Row `row` of all columns. The lower half of columns of 8 is rounded up a little more (C8).
+    // Rows `row` and H - 1 - row of all columns: basis functions are even and odd in turn. The lower half of
+    // columns of 8 is rounded up a little more (C8).
     void inverseColumns(const int (&lines)[H][W], int count, int row) {
-        int sum[W];
-        for (int col = 0; col < W; ++col) sum[col] = 64 + (row >= 4);
+        int sums[2][W] = {}; // of the even and odd ones
         for (int k = 0; k < count; ++k) {
             const int factor = Basis<H>::at[k][row];
-            for (int col = 0; col < W; ++col) sum[col] += factor * lines[k][col];
+            for (int col = 0; col < W; ++col) sums[k % 2][col] += factor * lines[k][col];
         }
-        for (int col = 0; col < W; ++col) m_values[row][col] = sum[col] >> 7;
+        for (int col = 0; col < W; ++col) {
+            m_values[row][col] = (sums[0][col] + sums[1][col] + 64) >> 7;
+            m_values[H - 1 - row][col] = (sums[0][col] - sums[1][col] + (H == 8 ? 65 : 64)) >> 7;
+        }
     }
 
     int m_values[H][W];
