@@ -241,6 +241,25 @@ TEST(KelvaraVc1Transform, ForwardIsTheProductWithTheMatricesByTheirNorms) {
     }
 }
 
+// No quotient is a half. The nearest to one are those by 1156 * 1156, odd multiples of 1 / (2 * 83521) beside
+// it.
+TEST(KelvaraVc1Transform, ForwardRoundsWhatIsNextToAHalf) {
+    for (int sign : {1, -1}) {
+        for (int remainder : {41760, 41761}) {
+            long long sum = 0; // 1024 / 1156^2 of it is 64 / 83521
+            while (64 * sum % 83521 != remainder) ++sum;
+            Plane block = vc1model::plane(8, 8);
+            // The samples of the first and second diagonal place count 16 * 16 and 15 * 15 in coefficient (1,
+            // 1).
+            while ((sum - 225 * block[1][1]) % 256 != 0) ++block[1][1];
+            block[0][0] = sign * (sum - 225 * block[1][1]) / 256;
+            block[1][1] *= sign;
+            ASSERT_EQ(vc1model::product(block)[1][1], sign * sum);
+            expectForward(shapes[0], block);
+        }
+    }
+}
+
 TEST(KelvaraVc1Transform, InverseOfTheForwardTransformIsNearTheBlock) {
     for (const Shape &shape : shapes) {
         int all = 0, near = 0;
