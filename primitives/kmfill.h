@@ -138,9 +138,15 @@ void kmSetElement(void *data, long long i, int parts, double re, double im) {
     if (parts == 2) kmStore(data, i * 2 + 1, kmConvert<T>(im));
 }
 
+// Doubles what is there: pictures of megabytes are made anew for each set of parameters.
 template <class T>
 void kmSetConst(void *data, int n, int parts, double re, double im) {
-    for (int i = 0; i < n; ++i) kmSetElement<T>(data, i, parts, re, im);
+    if (n < 1) return;
+    kmSetElement<T>(data, 0, parts, re, im);
+    size_t bytes = sizeof(T) * parts * n;
+    unsigned char *begin = static_cast<unsigned char *>(data);
+    for (size_t done = sizeof(T) * parts; done < bytes; done *= 2)
+        memcpy(begin + done, begin, done < bytes - done ? done : bytes - done);
 }
 
 // A chirp: the phase grows with the square of the index.

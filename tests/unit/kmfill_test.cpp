@@ -68,6 +68,18 @@ TEST(KmVectorFill, FreshVectorHoldsTheDefaultConstant) {
     EXPECT_EQ(parts(shorts), (Values{2, 2}));
 }
 
+TEST(KmVectorFill, ConstantReachesEveryElementAndNoByteMore) {
+    for (int n = 0; n <= 70; ++n) {
+        kmVector v(16 | kmTypeComplex | kmTypeSigned);
+        ASSERT_TRUE(v.createVector(71, SetZero, 0, 0));
+        v.setDataConst(v.m_data, n, 5.0, -6.0);
+        for (int i = 0; i < 71; ++i) {
+            EXPECT_EQ(v.p16sc[i].re, i < n ? 5 : 0) << i << " of " << n;
+            EXPECT_EQ(v.p16sc[i].im, i < n ? -6 : 0) << i << " of " << n;
+        }
+    }
+}
+
 TEST(KmVectorFill, ConstantGoesToEachPart) {
     kmVector v(1296);
     ASSERT_TRUE(v.createVector(2, SetValue, -3.7, 8.9));
