@@ -12,8 +12,8 @@ extern "C" {
 // What kelvc.h says of all functions holds here too. The standard is ISO/IEC 14496-2. A block is 64 elements
 // without a gap.
 
-// A quantiser: what the Init functions below make of a matrix. Its memory is the caller's, any bytes of the size
-// that the matching GetSize function tells, and may be copied and thrown away as such.
+// A quantiser: what the Init functions below make of a matrix. Its memory is the caller's, any bytes of the
+// size that the matching GetSize function tells, and may be copied and thrown away as such.
 typedef struct KeliQuantSpec_MPEG4 KeliQuantSpec_MPEG4;
 
 // clang-format off

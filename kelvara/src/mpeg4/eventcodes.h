@@ -20,11 +20,17 @@ struct LargestRuns {
     Kel8s at[2][64];
 };
 
+// A shorter run than the largest has the level too, or the compiler stops: only so is a run that has no code
+// longer than that, and what the escape subtracts leaves a run.
 constexpr LargestRuns makeLargestRuns(const EncoderTable &encoder) {
     LargestRuns runs{};
     for (int last = 0; last < 2; ++last) {
         for (int level = 0; level < 64; ++level) {
-            runs.at[last][level] = static_cast<Kel8s>(encoder.largestRun(last, level));
+            const int largest = encoder.largestRun(last, level);
+            for (int run = 0; run < largest; ++run) {
+                if (encoder.largestLevel(last, run) < level) throw "a run is missing";
+            }
+            runs.at[last][level] = static_cast<Kel8s>(largest);
         }
     }
     return runs;
