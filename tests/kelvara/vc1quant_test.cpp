@@ -1,16 +1,13 @@
 // vc1quant_test.cpp - the quantisers of VC-1 and their inverses, against the rules of SMPTE 421M 8.1.3.
 
 #include "kelvc.h"
-#include "predictionmodel.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
+#include "vc1block.h"
 
 namespace {
 
-using Values = std::vector<std::vector<int>>; // by row, then column
+using vc1model::blockOf;
+using vc1model::expectBlock;
+using vc1model::Plane;
 
 const KeliSize interSizes[] = {{4, 4}, {4, 8}, {8, 4}, {8, 8}};
 const KeliSize notInterSizes[] = {{0, 4}, {4, 0}, {5, 8}, {8, 16}, {-4, 4}, {8, 2}};
@@ -57,31 +54,27 @@ KelStatus quantise(const Inverse &of, Kel16s *block, int step, int quant, KeliSi
 
 // ---- models --------------------------------------------------------------------------------
 
-int reconstructed(int level, int doubleQuant, bool nonuniform) {
+int reconstructed(long long level, int doubleQuant, bool nonuniform) {
     const int halfQp = doubleQuant % 2, mquant = (doubleQuant - halfQp) / 2;
-    long long value = static_cast<long long>(level) * (2 * mquant + halfQp);
+    long long value = level * (2 * mquant + halfQp);
     if (nonuniform && level > 0) value += mquant;
     if (nonuniform && level < 0) value -= mquant;
     return static_cast<int>(std::clamp<long long>(value, -32768, 32767));
 }
 
-int quantised(int coeff, int doubleQuant, bool nonuniform) {
+int quantised(long long coeff, int doubleQuant, bool nonuniform) {
     const double quotient = static_cast<double>(coeff) / doubleQuant;
     return static_cast<int>(nonuniform ? std::trunc(quotient) : std::round(quotient));
 }
 
-Values valuesOf(KeliSize size, const Pattern &pattern) {
-    Values values(size.height, std::vector<int>(size.width));
-    for (int row = 0; row < size.height; ++row) {
-        for (int col = 0; col < size.width; ++col) values[row][col] = pattern(row, col);
-    }
-    return values;
+Plane planeOf(KeliSize size, const Pattern &pattern) {
+    return vc1model::planeOf(size.width, size.height, pattern);
 }
 
-KeliSize extent(const Values &values) {
+KeliSize extent(const Plane &values) {
     KeliSize area = {0, 0};
-    for (int row = 0; row < static_cast<int>(values.size()); ++row) {
-        for (int col = 0; col < static_cast<int>(values[0].size()); ++col) {
+    for (int row = 0; row < vc1model::heightOf(values); ++row) {
+        for (int col = 0; col < vc1model::widthOf(values); ++col) {
             if (values[row][col] == 0) continue;
             area.width = std::max(area.width, col + 1);
             area.height = std::max(area.height, row + 1);
@@ -92,42 +85,22 @@ KeliSize extent(const Values &values) {
 
 // ---- blocks --------------------------------------------------------------------------------
 
-DstBlock<Kel16s> blockOf(const Values &values, int step, int slack) {
-    const int rows = static_cast<int>(values.size()), width = static_cast<int>(values[0].size());
-    DstBlock<Kel16s> block(rows, width, step, slack);
-    for (int row = 0; row < rows; ++row) {
-        for (int col = 0; col < width; ++col) {
-            const Kel16s value = static_cast<Kel16s>(values[row][col]);
-            std::memcpy(reinterpret_cast<unsigned char *>(block.data()) + row * step + 2 * col, &value, 2);
-        }
-    }
-    return block;
-}
-
-void expectBlock(DstBlock<Kel16s> &block, const Values &expected) {
-    EXPECT_TRUE(block.surroundingsIntact());
-    for (int row = 0; row < static_cast<int>(expected.size()); ++row) {
-        for (int col = 0; col < static_cast<int>(expected[0].size()); ++col)
-            ASSERT_EQ(block(row, col), expected[row][col]) << "row " << row << ", column " << col;
-    }
-}
-
 void expectSize(KeliSize seen, KeliSize expected) {
     EXPECT_EQ(seen.width, expected.width);
     EXPECT_EQ(seen.height, expected.height);
 }
 
-void expectInverse(const Inverse &inverse, const Values &levels, int quant, int moreStep, int slack) {
-    const KeliSize size = {static_cast<int>(levels[0].size()), static_cast<int>(levels.size())};
-    Values expected = levels;
-    for (std::vector<int> &row : expected) {
-        for (int &level : row) level = reconstructed(level, quant, inverse.nonuniform);
+void expectInverse(const Inverse &inverse, const Plane &levels, int quant, int moreStep, int slack) {
+    const KeliSize size = {vc1model::widthOf(levels), vc1model::heightOf(levels)};
+    Plane expected = levels;
+    for (std::vector<long long> &row : expected) {
+        for (long long &level : row) level = reconstructed(level, quant, inverse.nonuniform);
     }
     if (inverse.intra) expected[0][0] = levels[0][0];
 
     const int step = 2 * size.width + moreStep;
     Source<Kel16s> src(size.height, size.width, step, slack);
-    src.fill([&](int row, int col) { return levels[row][col]; });
+    src.fill([&](int row, int col) { return static_cast<int>(levels[row][col]); });
     DstBlock<Kel16s> dst(size.height, size.width, step + 3, slack), both = blockOf(levels, step, slack);
     KeliSize nz = {-1, -1}, nzInPlace = {-1, -1};
     ASSERT_EQ(kelStsNoErr, inverse.across(src.data(), step, dst.data(), dst.step(), quant, size, &nz));
@@ -149,7 +122,7 @@ TEST(KelvaraVc1Quant, InverseMultipliesTheLevels) {
             for (int quant : doubleQuants) {
                 for (int limit : {1, 127, 2047, 32767}) {
                     const Pattern pattern = signedNoise(++seed, -limit, limit);
-                    expectInverse(inverse, valuesOf(size, pattern), quant, seed % 7, seed % 5);
+                    expectInverse(inverse, planeOf(size, pattern), quant, seed % 7, seed % 5);
                 }
             }
         }
@@ -158,7 +131,7 @@ TEST(KelvaraVc1Quant, InverseMultipliesTheLevels) {
 
 TEST(KelvaraVc1Quant, InverseOfExtremeLevelsIsLimited) {
     for (const Inverse &inverse : inverses) {
-        for (int level : {-32768, 32767}) expectInverse(inverse, valuesOf({8, 8}, constant(level)), 64, 0, 0);
+        for (int level : {-32768, 32767}) expectInverse(inverse, planeOf({8, 8}, constant(level)), 64, 0, 0);
     }
 }
 
@@ -166,7 +139,7 @@ TEST(KelvaraVc1Quant, InverseTellsTheAreaOfEachSingleCoefficient) {
     for (const Inverse &inverse : inverses) {
         for (KeliSize size : inverse.sizes()) {
             for (int i = 0; i < size.width * size.height; ++i) {
-                Values levels = valuesOf(size, constant(0));
+                Plane levels = planeOf(size, constant(0));
                 levels[i / size.width][i % size.width] = i % 2 ? 1 : -1;
                 expectInverse(inverse, levels, 9, 0, 0);
             }
@@ -177,7 +150,7 @@ TEST(KelvaraVc1Quant, InverseTellsTheAreaOfEachSingleCoefficient) {
 TEST(KelvaraVc1Quant, InverseTellsAnEmptyAreaWhereAllIsZero) {
     for (const Inverse &inverse : inverses) {
         for (KeliSize size : inverse.sizes()) {
-            DstBlock<Kel16s> block = blockOf(valuesOf(size, constant(0)), 16, 0);
+            DstBlock<Kel16s> block = blockOf(planeOf(size, constant(0)), 16, 0);
             KeliSize nz = {8, 8};
             ASSERT_EQ(kelStsNoErr, inverse.inPlace(block.data(), 16, 30, size, &nz));
             expectSize(nz, {0, 0});
@@ -187,9 +160,9 @@ TEST(KelvaraVc1Quant, InverseTellsAnEmptyAreaWhereAllIsZero) {
 
 // MQUANT 3 with half a step: 7 a level; nonuniform 3 more. DC of intra blocks has a step size of its own.
 TEST(KelvaraVc1Quant, InverseHasTheValuesWorkedOutByHand) {
-    const Values levels = {{5, 1, -1, 0}, {2, -2, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
-    const Values uniform = {{35, 7, -7, 0}, {14, -14, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
-    const Values nonuniform = {{38, 10, -10, 0}, {17, -17, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
+    const Plane levels = {{5, 1, -1, 0}, {2, -2, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
+    const Plane uniform = {{35, 7, -7, 0}, {14, -14, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
+    const Plane nonuniform = {{38, 10, -10, 0}, {17, -17, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
     KeliSize nz;
     DstBlock<Kel16s> block = blockOf(levels, 8, 0);
     ASSERT_EQ(kelStsNoErr, keliQuantInvInterUniform_VC1_16s_C1IR(block.data(), 8, 7, {4, 4}, &nz));
@@ -198,7 +171,7 @@ TEST(KelvaraVc1Quant, InverseHasTheValuesWorkedOutByHand) {
     block = blockOf(levels, 8, 0);
     ASSERT_EQ(kelStsNoErr, keliQuantInvInterNonuniform_VC1_16s_C1IR(block.data(), 8, 7, {4, 4}, &nz));
     expectBlock(block, nonuniform);
-    DstBlock<Kel16s> intra = blockOf(valuesOf({8, 8}, constant(5)), 16, 0);
+    DstBlock<Kel16s> intra = blockOf(planeOf({8, 8}, constant(5)), 16, 0);
     ASSERT_EQ(kelStsNoErr, keliQuantInvIntraUniform_VC1_16s_C1IR(intra.data(), 16, 7, &nz));
     EXPECT_EQ(intra(0, 0), 5);
     EXPECT_EQ(intra(0, 1), 35);
@@ -259,10 +232,10 @@ TEST(KelvaraVc1Quant, ForwardWorksOnTheBlockAlone) {
     for (const Inverse &of : inverses) {
         for (KeliSize size : of.sizes()) {
             for (int quant : doubleQuants) {
-                const Values coeffs = valuesOf(size, signedNoise(++seed, -3000, 3000));
-                Values levels = coeffs;
-                for (std::vector<int> &row : levels) {
-                    for (int &value : row) value = quantised(value, quant, of.nonuniform);
+                const Plane coeffs = planeOf(size, signedNoise(++seed, -3000, 3000));
+                Plane levels = coeffs;
+                for (std::vector<long long> &row : levels) {
+                    for (long long &value : row) value = quantised(value, quant, of.nonuniform);
                 }
                 if (of.intra) levels[0][0] = coeffs[0][0];
                 const int step = 2 * size.width + static_cast<int>(seed % 7);
@@ -321,7 +294,7 @@ TEST(KelvaraVc1Quant, AreaOfTheInverseIsEnoughForTheTransform) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         const Pattern noise = signedNoise(seed, -100, 100);
         const auto falling = [&](int row, int col) { return noise(row, col) / (1 + row * row + col * col); };
-        DstBlock<Kel16s> block = blockOf(valuesOf({8, 8}, falling), 16, 0), whole(8, 8, 16);
+        DstBlock<Kel16s> block = blockOf(planeOf({8, 8}, falling), 16, 0), whole(8, 8, 16);
         KeliSize nz;
         ASSERT_EQ(kelStsNoErr, keliQuantInterUniform_VC1_16s_C1IR(block.data(), 16, 12, {8, 8}));
         ASSERT_EQ(kelStsNoErr, keliQuantInvInterUniform_VC1_16s_C1IR(block.data(), 16, 12, {8, 8}, &nz));

@@ -1,27 +1,23 @@
 // vc1smooth_test.cpp - overlap smoothing of VC-1, against the matrix of SMPTE 421M 8.5 on planes of samples.
 
 #include "kelvc.h"
-#include "predictionmodel.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
+#include "vc1block.h"
 
 namespace {
 
-using Plane = std::vector<std::vector<int>>; // by row, then column
+using vc1model::Plane;
+using vc1model::planeOf;
 
 // ---- the model -----------------------------------------------------------------------------
 
 // Lines count from one, so that the first is odd.
-std::vector<int> smoothed(const std::vector<int> &x, int line) {
+std::vector<int> smoothed(const std::vector<long long> &x, int line) {
     static const int matrix[4][4] = {{7, 0, 0, 1}, {-1, 7, 1, 1}, {1, 1, 7, -1}, {1, 0, 0, 7}};
     const int odd[4] = {4, 3, 4, 3}, even[4] = {3, 4, 3, 4};
     std::vector<int> y(4);
     for (int i = 0; i < 4; ++i) {
         double sum = line % 2 ? odd[i] : even[i];
-        for (int k = 0; k < 4; ++k) sum += matrix[i][k] * x[k];
+        for (int k = 0; k < 4; ++k) sum += static_cast<double>(matrix[i][k] * x[k]);
         y[i] = static_cast<int>(std::floor(sum / 8));
     }
     return y;
@@ -41,52 +37,32 @@ void smoothColumn(Plane &plane, int row, int col, int line) {
     for (int i = 0; i < 4; ++i) plane[row - 2 + i][col] = y[i];
 }
 
-Plane planeOf(int width, int height, const Pattern &pattern) {
-    Plane plane(height, std::vector<int>(width));
-    for (int row = 0; row < height; ++row) {
-        for (int col = 0; col < width; ++col) plane[row][col] = pattern(row, col);
-    }
-    return plane;
-}
-
-int clip8(int value) {
-    return std::clamp(value, 0, 255);
-}
-int clip16(int value) {
-    return std::clamp(value, -32768, 32767);
-}
-
 // ---- blocks and pictures -------------------------------------------------------------------
 
-// A block of 16-bit samples between marks, with the rows and columns of the plane from (top, left) on.
+Plane part(const Plane &plane, int top, int left, int rows, int width) {
+    return planeOf(width, rows,
+                   [&](int row, int col) { return static_cast<int>(plane[top + row][left + col]); });
+}
+
+// A block with the rows and columns of the plane from (top, left) on.
 class Block {
 public:
     Block(const Plane &plane, int top, int left, int rows, int width, int step, int offset = 0)
-        : m_block(rows, width, step, offset), m_rows(rows), m_width(width) {
-        for (int row = 0; row < rows; ++row) {
-            for (int col = 0; col < width; ++col) {
-                const Kel16s value = static_cast<Kel16s>(plane[top + row][left + col]);
-                std::memcpy(reinterpret_cast<unsigned char *>(m_block.data()) + row * step + 2 * col, &value,
-                            2);
-            }
-        }
-    }
+        : m_block(vc1model::blockOf(part(plane, top, left, rows, width), step, offset)),
+          m_rows(rows),
+          m_width(width) {}
 
     Kel16s *data() { return m_block.data(); }
     void expect(const Plane &plane, int top, int left) {
-        EXPECT_TRUE(m_block.surroundingsIntact());
-        for (int row = 0; row < m_rows; ++row) {
-            for (int col = 0; col < m_width; ++col) {
-                ASSERT_EQ(m_block(row, col), clip16(plane[top + row][left + col]))
-                    << "row " << row << ", column " << col;
-            }
-        }
+        vc1model::expectBlock(m_block, part(plane, top, left, m_rows, m_width));
     }
 
 private:
     DstBlock<Kel16s> m_block;
     int m_rows, m_width;
 };
+
+const int untouchedMark = 0xA5; // of Destination
 
 // A picture with `before` rows and columns in front of the macroblock, all of them marked as not written.
 class Picture {
@@ -101,10 +77,10 @@ public:
     int step() const { return m_step; }
     bool surroundingsIntact() const { return m_bytes.surroundingsIntact(); }
     bool untouched() const { return m_bytes.untouched(); }
-    // -1 stands for what is not written; the patterns never give the mark.
+    // -1 stands for the mark, as what is not written has it.
     int operator()(int row, int col, int channel = 0) {
         const int value = m_bytes[(row + m_before) * m_step + (col + m_before) * m_channels + channel];
-        return value == 0xA5 ? -1 : value;
+        return value == untouchedMark ? -1 : value;
     }
 
 private:
@@ -112,16 +88,15 @@ private:
     int m_step, m_before, m_channels;
 };
 
-const int untouchedMark = 0xA5;
-
 // Samples a little beyond those of 8 bits, as they are before they are limited.
 Pattern reconstruction(unsigned seed) {
     return signedNoise(seed, -100, 355);
 }
 
 // The value that the picture is to hold where the samples were smoothed to it.
-int shown(int value) {
-    return clip8(value) == untouchedMark ? -1 : clip8(value);
+int shown(long long value) {
+    const int limited = static_cast<int>(std::clamp(value, 0LL, 255LL));
+    return limited == untouchedMark ? -1 : limited;
 }
 
 // Line of a macroblock sorted by field, or not, that is line `row` of the picture.
@@ -157,7 +132,7 @@ TEST(KelvaraVc1Smooth, VerticalEdgesOfLumaByAllFlags) {
             ASSERT_EQ(kelStsNoErr, keliSmoothingLuma_VerEdge_VC1_16s8u_C1R(
                                        blockL.data(), leftStep, blockR.data(), rightStep, picture.data(),
                                        picture.step(), fields, disable));
-            Plane shownRows(16, std::vector<int>(20, -1)); // columns from -4 on
+            Plane shownRows = planeOf(20, 16, constant(-1)); // columns from -4 on
             for (int row = 0; row < 16; ++row) {
                 const int l = sortedLine(row, fields & 1), r = sortedLine(row, fields & 2);
                 const LumaRow on = enabled(disable, r);
@@ -192,13 +167,13 @@ TEST(KelvaraVc1Smooth, HorizontalEdgesOfLumaByAllFlags) {
         Plane plane = planeOf(16, 18, reconstruction(++seed)); // two rows before the macroblock
         const int upperStep = 32 + seed % 3, bottomStep = 32 + 7 * (seed % 3);
         Source<Kel16s> upper(2, 16, upperStep, seed % 3), bottom(16, 16, bottomStep, seed % 2);
-        upper.fill([&](int row, int col) { return plane[row][col]; });
-        bottom.fill([&](int row, int col) { return plane[2 + row][col]; });
+        upper.fill([&](int row, int col) { return static_cast<int>(plane[row][col]); });
+        bottom.fill([&](int row, int col) { return static_cast<int>(plane[2 + row][col]); });
         Picture picture(40, 24, 4);
         ASSERT_EQ(kelStsNoErr,
                   keliSmoothingLuma_HorEdge_VC1_16s8u_C1R(upper.data(), upperStep, bottom.data(), bottomStep,
                                                           picture.data(), picture.step(), disable));
-        Plane seen(24, std::vector<int>(40, -1));
+        Plane seen = planeOf(40, 24, constant(-1));
         for (int col = 0; col < 16; ++col) {
             const LumaRow on = enabled(disable, col);
             if (on.edge[0]) smoothColumn(plane, 2, col, col + 1);
@@ -271,8 +246,8 @@ TEST(KelvaraVc1Smooth, HorizontalEdgesOfChroma) {
         Plane plane = planeOf(8, 4, reconstruction(seed));
         const int step = 16 + seed % 5;
         Source<Kel16s> upper(2, 8, step), bottom(2, 8, step, seed % 2); // no more rows are read
-        upper.fill([&](int row, int col) { return plane[row][col]; });
-        bottom.fill([&](int row, int col) { return plane[2 + row][col]; });
+        upper.fill([&](int row, int col) { return static_cast<int>(plane[row][col]); });
+        bottom.fill([&](int row, int col) { return static_cast<int>(plane[2 + row][col]); });
         Picture picture(16, 16, 4);
         ASSERT_EQ(kelStsNoErr, keliSmoothingChroma_HorEdge_VC1_16s8u_C1R(
                                    upper.data(), step, bottom.data(), step, picture.data(), picture.step()));

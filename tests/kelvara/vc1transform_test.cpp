@@ -1,15 +1,12 @@
 // vc1transform_test.cpp - the transforms of VC-1, against the matrices of SMPTE 421M Annex A.
 
 #include "kelvc.h"
-#include "predictionmodel.h"
-#include "vc1model.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include "vc1block.h"
 
 namespace {
 
+using vc1model::blockOf;
+using vc1model::expectBlock;
 using vc1model::Plane;
 
 using Inverse = KelStatus (*)(const Kel16s *, int, Kel16s *, int, KeliSize);
@@ -39,11 +36,7 @@ const Shape shapes[] = {
 };
 
 Plane planeOf(const Shape &shape, const Pattern &pattern) {
-    Plane result = vc1model::plane(shape.width, shape.height);
-    for (int row = 0; row < shape.height; ++row) {
-        for (int col = 0; col < shape.width; ++col) result[row][col] = pattern(row, col);
-    }
-    return result;
+    return vc1model::planeOf(shape.width, shape.height, pattern);
 }
 
 // All coefficients outside the area are 0.
@@ -56,36 +49,13 @@ Plane within(Plane block, KeliSize area) {
     return block;
 }
 
-// A block that is changed in place.
-DstBlock<Kel16s> inPlace(const Plane &values, int step, int slack) {
-    const int rows = static_cast<int>(values.size()), width = static_cast<int>(values[0].size());
-    DstBlock<Kel16s> block(rows, width, step, slack);
-    for (int row = 0; row < rows; ++row) {
-        for (int col = 0; col < width; ++col) {
-            const Kel16s value = static_cast<Kel16s>(values[row][col]);
-            std::memcpy(reinterpret_cast<unsigned char *>(block.data()) + row * step + 2 * col, &value, 2);
-        }
-    }
-    return block;
-}
-
-void expectBlock(DstBlock<Kel16s> &block, const Plane &expected, const std::string &what) {
-    EXPECT_TRUE(block.surroundingsIntact()) << what;
-    for (int row = 0; row < static_cast<int>(expected.size()); ++row) {
-        for (int col = 0; col < static_cast<int>(expected[0].size()); ++col) {
-            ASSERT_EQ(block(row, col), std::clamp<long long>(expected[row][col], -32768, 32767))
-                << what << ", row " << row << ", column " << col;
-        }
-    }
-}
-
 // Both forms of the inverse give the values.
 void expectInverse(const Shape &shape, const Plane &coeffs, KeliSize area, const Plane &expected,
                    int moreStep = 0, int slack = 0) {
     const int step = 2 * shape.width + moreStep;
     Source<Kel16s> src(shape.height, shape.width, step, slack);
     src.fill([&](int row, int col) { return static_cast<int>(coeffs[row][col]); });
-    DstBlock<Kel16s> dst(shape.height, shape.width, step + 3, slack), both = inPlace(coeffs, step, slack);
+    DstBlock<Kel16s> dst(shape.height, shape.width, step + 3, slack), both = blockOf(coeffs, step, slack);
     ASSERT_EQ(kelStsNoErr, shape.inverse(src.data(), step, dst.data(), dst.step(), area));
     ASSERT_EQ(kelStsNoErr, shape.inverseInPlace(both.data(), step, area));
     expectBlock(dst, expected, shape.name());
@@ -96,7 +66,7 @@ void expectForward(const Shape &shape, const Plane &block, int moreStep = 0, int
     const int step = 2 * shape.width + moreStep;
     Source<Kel16s> src(shape.height, shape.width, step, slack);
     src.fill([&](int row, int col) { return static_cast<int>(block[row][col]); });
-    DstBlock<Kel16s> dst(shape.height, shape.width, step + 5, slack), both = inPlace(block, step, slack);
+    DstBlock<Kel16s> dst(shape.height, shape.width, step + 5, slack), both = blockOf(block, step, slack);
     ASSERT_EQ(kelStsNoErr, shape.forward(src.data(), step, dst.data(), dst.step()));
     ASSERT_EQ(kelStsNoErr, shape.forwardInPlace(both.data(), step));
     const Plane expected = vc1model::forward(block);
@@ -265,7 +235,7 @@ TEST(KelvaraVc1Transform, InverseOfTheForwardTransformIsNearTheBlock) {
         int all = 0, near = 0;
         for (unsigned seed = 0; seed < 500; ++seed) {
             const Plane block = planeOf(shape, signedNoise(seed, -255, 255));
-            DstBlock<Kel16s> both = inPlace(block, 16, 0);
+            DstBlock<Kel16s> both = blockOf(block, 16, 0);
             ASSERT_EQ(kelStsNoErr, shape.forwardInPlace(both.data(), 16));
             ASSERT_EQ(kelStsNoErr, shape.inverseInPlace(both.data(), 16, {shape.width, shape.height}));
             for (int row = 0; row < shape.height; ++row) {
