@@ -41,9 +41,9 @@ KELAPI KelStatus keliTransform8x4Fwd_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstSte
 KELAPI KelStatus keliTransform4x8Fwd_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstStep);
 KELAPI KelStatus keliTransform4x4Fwd_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstStep);
 
-// All quantisers: doubleQuant is 2 * MQUANT + HALFQP, 2 to 64, else kelStsRangeErr. Intra blocks are 8x8; their
-// DC coefficient has a step size of its own (8.1.3.3), which is the caller's, and keeps its value. Inter blocks
-// are of roiSize, each side 4 or 8, else kelStsSizeErr, and have no coefficient apart.
+// All quantisers: doubleQuant is 2 * MQUANT + HALFQP, 2 to 64, else kelStsRangeErr. Intra blocks are 8x8;
+// their DC coefficient has a step size of its own (8.1.3.3), which is the caller's, and keeps its value. Inter
+// blocks are of roiSize, each side 4 or 8, else kelStsSizeErr, and have no coefficient apart.
 
 // Inverse quantisation (8.1.3.8): level * doubleQuant, and in the nonuniform forms MQUANT more in magnitude
 // unless the level is 0. *pDstSizeNZ is the smallest area at the top left that holds all results other than 0,
@@ -58,8 +58,8 @@ KELAPI KelStatus keliQuantInvInterUniform_VC1_16s_C1R(const Kel16s *pSrc, int sr
 KELAPI KelStatus keliQuantInvInterNonuniform_VC1_16s_C1R(const Kel16s *pSrc, int srcStep, Kel16s *pDst, int dstStep, int doubleQuant, KeliSize roiSize, KeliSize *pDstSizeNZ);
 
 // Quantisation. Uniform: the level whose reconstruction is nearest to the coefficient, halves away from 0.
-// Nonuniform: the coefficient divided by doubleQuant, towards 0, so that each reconstruction stands in the middle
-// of the coefficients that it is for, and the dead zone is two steps wide.
+// Nonuniform: the coefficient divided by doubleQuant, towards 0, so that each reconstruction stands in the
+// middle of the coefficients that it is for, and the dead zone is two steps wide.
 KELAPI KelStatus keliQuantIntraUniform_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstStep, int doubleQuant);
 KELAPI KelStatus keliQuantIntraNonuniform_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstStep, int doubleQuant);
 KELAPI KelStatus keliQuantInterUniform_VC1_16s_C1IR(Kel16s *pSrcDst, int srcDstStep, int doubleQuant, KeliSize roiSize);
@@ -79,20 +79,20 @@ KELAPI KelStatus keliHadamard8x8Sum_VC1_16s(const Kel16s *pSrc, int srcStep, Kel
 KELAPI KelStatus keliRangeMapping_VC1_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8u *pDst, int dstStep, KeliSize roiSize, int rangeMapParam);
 
 // Overlap smoothing (8.5) of the two samples on each side of the edges of 8x8 blocks. Blocks are the unclamped
-// reconstruction, 128 included. The first pair of arguments is the block before the edge and points at the
-// first of its last two columns, or rows; the second one is the block behind the edge, from its first sample
-// on. pDst is the place of the latter's first sample in the picture; what is smoothed is written there, limited to
-// 0..255, and nothing else. Steps are at least a row of the macroblock: 16 samples for luma, 8 for chroma.
+// reconstruction, 128 included. The first block is the one before the edge; its pointer is at the first of its
+// last two columns or rows. The second block is the one behind the edge, from its first sample on, and pDst is
+// the place of that sample in the picture. What is smoothed is written there, limited to 0..255, and nothing
+// else. Steps are at least a row of the macroblock: 16 samples for luma, 8 for chroma.
 //
 // Vertical edges come before the horizontal ones, which need their results in 16 bits: VerEdge functions write
 // them back to the blocks, HorEdge functions only read theirs.
 //
 // Luma: the edge before the macroblock of 16x16, and the one in its middle. edgeDisableFlag, 0 to 15, has bits
 // for what is left alone: 1 and 2 for the upper and lower half of the edge before a macroblock (left and right
-// half of a horizontal one), 4 and 8 for those of the edge in the middle. fieldNeighbourFlag, 0 to 3, tells which
-// macroblock has its lines sorted by field, 8 of the top field and then 8 of the bottom field, while pDst has
-// the order of the picture: 1 the one before the edge, 2 the one behind it, whose lines also decide on rounding and
-// on halves. Else kelStsRangeErr.
+// half of a horizontal one), 4 and 8 for those of the edge in the middle. fieldNeighbourFlag, 0 to 3, tells
+// whose lines are sorted by field, 8 of the top field and then 8 of the bottom field, while pDst has the order
+// of the picture: 1 those of the macroblock before the edge, 2 those of the one behind it. The place of a line
+// in the latter decides which half it belongs to and how it is rounded. kelStsRangeErr for other flags.
 KELAPI KelStatus keliSmoothingLuma_VerEdge_VC1_16s8u_C1R(Kel16s *pSrcLeft, int srcLeftStep, Kel16s *pSrcRight, int srcRightStep, Kel8u *pDst, int dstStep, int fieldNeighbourFlag, int edgeDisableFlag);
 KELAPI KelStatus keliSmoothingLuma_HorEdge_VC1_16s8u_C1R(const Kel16s *pSrcUpper, int srcUpperStep, const Kel16s *pSrcBottom, int srcBottomStep, Kel8u *pDst, int dstStep, int edgeDisableFlag);
 

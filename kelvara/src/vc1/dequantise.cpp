@@ -16,6 +16,8 @@ static int reconstructed(int level, int doubleQuant) {
     return std::clamp<int>(value, std::numeric_limits<Kel16s>::min(), std::numeric_limits<Kel16s>::max());
 }
 
+namespace {
+
 // Grows by rows of W values to the area that holds all that are not 0.
 template <int W>
 class Extent {
@@ -40,6 +42,8 @@ private:
     int m_columns[W] = {};
     int m_rows = 0, m_height = 0;
 };
+
+} // namespace
 
 template <Quantiser quantiser, BlockKind kind, int W>
 static KeliSize dequantiseRows(Samples<Kel16s> src, Target<Kel16s> dst, int height, int doubleQuant) {

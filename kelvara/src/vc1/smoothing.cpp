@@ -12,18 +12,12 @@ namespace vc1 {
 
 // ---- kernel ----------------------------------------------------------------------
 
+namespace {
+
 // The four samples of a line across an edge, which lies in their middle.
 struct Line {
     int x[4];
 };
-
-// SMPTE 421M 8.5. Lines count from 0 within the block; every second one rounds the other way.
-static Line smoothed(const Line &in, int line) {
-    const int up = 4 - (line & 1), down = 3 + (line & 1);
-    const int *x = in.x;
-    return {{(7 * x[0] + x[3] + up) >> 3, (-x[0] + 7 * x[1] + x[2] + x[3] + down) >> 3,
-             (x[0] + x[1] + 7 * x[2] - x[3] + up) >> 3, (x[0] + 7 * x[3] + down) >> 3}};
-}
 
 // A block of one colour as it was reconstructed.
 struct Block {
@@ -55,6 +49,16 @@ struct Picture {
         store<Kel8u>(p + offset, static_cast<Kel8u>(std::clamp(value, 0, 255)));
     }
 };
+
+} // namespace
+
+// SMPTE 421M 8.5. Lines count from 0 within the block; every second one rounds the other way.
+static Line smoothed(const Line &in, int line) {
+    const int up = 4 - (line & 1), down = 3 + (line & 1);
+    const int *x = in.x;
+    return {{(7 * x[0] + x[3] + up) >> 3, (-x[0] + 7 * x[1] + x[2] + x[3] + down) >> 3,
+             (x[0] + x[1] + 7 * x[2] - x[3] + up) >> 3, (x[0] + 7 * x[3] + down) >> 3}};
+}
 
 // The line of the macroblock that is line `row` of the picture, whose fields alternate.
 static int lineOf(int row, bool sortedByField) {
