@@ -107,6 +107,7 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #include "kelvc_coeffs.h"
 #include "kelvc_deblocking.h"
 #include "kelvc_dv.h"
+#include "kelvc_dvpicture.h"
 #include "kelvc_h263.h"
 #include "kelvc_h26xbits.h"
 #include "kelvc_interleaved.h"

@@ -13,7 +13,7 @@ foreach(subject
         mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
         h263filters h263resampling h263sampling
         cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
-        bits blocks compensation dct248 deblocking differences edges idct interleaved interpolate interpolateinterleaved
+        bits blocks compensation dct248 deblocking differences dvpicture edges idct interleaved interpolate interpolateinterleaved
         intraprediction quantise reconstruction sad sadn satd
         scan sumsdiff transform8x8 variance vlctable weightedprediction)
     rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
@@ -29,7 +29,7 @@ foreach(lib kelcore kels keli kelvc)
     rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
 endforeach()
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_transform kelvc_vc1)
+foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_dvpicture kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_transform kelvc_vc1)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
