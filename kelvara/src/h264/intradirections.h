@@ -23,29 +23,6 @@ enum IntraMode {
 };
 const int LumaPlane = 3;
 
-enum ChromaMode { ChromaMean, ChromaHorizontal, ChromaVertical, ChromaPlane };
-
-// ---- predicted blocks ---------------------------------------------------------------
-
-template <int N>
-struct Square {
-    Square() = default;
-    template <class Value>
-    explicit Square(Value value) {
-        for (int row = 0; row < N; ++row) {
-            for (int col = 0; col < N; ++col) at[row][col] = static_cast<Kel8u>(value(row, col));
-        }
-    }
-    int operator()(int row, int col) const { return at[row][col]; }
-    void storeTo(Target<Kel8u> dst) const {
-        for (int row = 0; row < N; ++row) {
-            for (int col = 0; col < N; ++col) dst.set(row, col, at[row][col]);
-        }
-    }
-
-    Kel8u at[N][N];
-};
-
 // ---- directions -----------------------------------------------------------------------
 
 // The border as one line from the lower left over the corner, which is 0, to the upper right. Beyond its ends

@@ -12,23 +12,8 @@ namespace kelvara {
 // The neighbours that each mode cannot do without.
 const int blockNeeds[9] = {Upper, Left, 0, Upper, AllAround, AllAround, AllAround, Upper, Left};
 const int lumaNeeds[4] = {Upper, Left, 0, AllAround};
-const int chromaNeeds[4] = {0, Left, Upper, AllAround};
 
-template <int modes>
-inline bool allows(const int (&needs)[modes], int mode, int available) {
-    return mode >= 0 && mode < modes && (needs[mode] & ~available) == 0;
-}
-
-// ---- predictions along rows and columns, means and planes ------------------------------
-
-template <int N>
-Square<N> fromAbove(const Border<N> &b) {
-    return Square<N>([&b](int, int col) { return b.upper[col]; });
-}
-template <int N>
-Square<N> fromLeft(const Border<N> &b) {
-    return Square<N>([&b](int row, int) { return b.left[row]; });
-}
+// ---- means ----------------------------------------------------------------------------
 
 // The rounded mean of `count` samples each of those two that are there; mid-grey if none is.
 inline int meanOf(const int *upper, const int *left, int count) {
@@ -47,25 +32,6 @@ Square<N> meanAround(const Border<N> &b) {
     return Square<N>([mean](int, int) { return mean; });
 }
 
-// 8.3.3.4 and 8.3.4.4: a plane through the border, its slopes from weighted differences of mirrored samples.
-template <int N>
-Square<N> planeThrough(const Border<N> &b) {
-    const int half = N / 2;
-    int right = 0, down = 0;
-    for (int i = 1; i <= half; ++i) {
-        const bool last = i == half;
-        right += i * (b.upper[half - 1 + i] - (last ? b.corner : b.upper[half - 1 - i]));
-        down += i * (b.left[half - 1 + i] - (last ? b.corner : b.left[half - 1 - i]));
-    }
-    const int factor = N == 16 ? 5 : 34;
-    const int rightSlope = (factor * right + 32) >> 6, downSlope = (factor * down + 32) >> 6;
-    const int middle = 16 * (b.left[N - 1] + b.upper[N - 1]) + 16;
-    return Square<N>([=](int row, int col) {
-        return std::clamp((middle + rightSlope * (col - half + 1) + downSlope * (row - half + 1)) >> 5, 0,
-                          255);
-    });
-}
-
 // ---- one block --------------------------------------------------------------------------
 
 // REQUIRES: a mode that the neighbours allow. The border of an 8x8 block is smoothed already.
@@ -73,9 +39,9 @@ template <int N>
 Square<N> predictedBlock(const Border<N> &border, int mode) {
     switch (mode) {
         case Vertical:
-            return fromAbove(border);
+            return fromAbove<N>(border);
         case Horizontal:
-            return fromLeft(border);
+            return fromLeft<N>(border);
         case Mean:
             return meanAround(border);
         default:
@@ -84,7 +50,7 @@ Square<N> predictedBlock(const Border<N> &border, int mode) {
 }
 
 inline Square<16> predictedLuma(const Border<16> &border, int mode) {
-    return mode == LumaPlane ? planeThrough(border) : predictedBlock(border, mode);
+    return mode == LumaPlane ? planeThrough<16>(border) : predictedBlock(border, mode);
 }
 
 // 8.3.4.1 to 8.3.4.3: each quarter has a mean of its own. The upper right one asks first the samples above
@@ -108,11 +74,11 @@ inline Square<8> predictedChroma(const Border<8> &border, int mode) {
         case ChromaMean:
             return quarterMeans(border);
         case ChromaHorizontal:
-            return fromLeft(border);
+            return fromLeft<8>(border);
         case ChromaVertical:
-            return fromAbove(border);
+            return fromAbove<8>(border);
         default:
-            return planeThrough(border);
+            return planeThrough<8>(border);
     }
 }
 

@@ -10,19 +10,6 @@ namespace {
 
 // ---- arguments ------------------------------------------------------------------------
 
-// The caller's pointer to the coefficients, at any address.
-class CoeffPointer {
-public:
-    explicit CoeffPointer(Kel16s **pp) : m_pp(pp) {}
-
-    Kel16s *get() const { return m_pp ? load<Kel16s *>(reinterpret_cast<unsigned char *>(m_pp)) : nullptr; }
-    // Past the blocks that have been taken.
-    void advance(const Kel16s *pNext) const { store(m_pp, get() + (pNext - get())); }
-
-private:
-    Kel16s **m_pp;
-};
-
 Scaling scalingOf(int qp, const Kel16s *pQuantTable, int bypass) {
     return {qp, pQuantTable, bypass != 0};
 }

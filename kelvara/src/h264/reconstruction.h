@@ -10,31 +10,8 @@ namespace kelvara {
 
 // ---- reconstruction ---------------------------------------------------------------------
 
-// Stores the sum of N x N predicted samples and their differences.
-template <int N, class Predicted>
-void storeSum(const Predicted &predicted, const Differences<N> &differences, Target<Kel8u> dst) {
-    for (int row = 0; row < N; ++row) {
-        for (int col = 0; col < N; ++col)
-            dst.set(row, col, std::clamp(predicted(row, col) + differences.at[row][col], 0, 255));
-    }
-}
-
-// A plane that holds the macroblock's prediction or is to get it.
-struct Plane {
-    Plane at(int row, int col) const { return {p + row * static_cast<std::ptrdiff_t>(step) + col, step}; }
-    Samples<Kel8u> samples() const { return {p, step}; }
-    Target<Kel8u> target() const { return {p, step}; }
-
-    Kel8u *p;
-    int step;
-};
-
 // Bits of the pattern in luma: DC is bit 0, the blocks follow.
 const int lumaDC = 0, lumaBlocks = 1;
-
-inline int modeOf(const Kel32s *modes, int k) {
-    return load<Kel32s>(reinterpret_cast<const unsigned char *>(modes + k));
-}
 
 template <int N>
 bool allowAll(const Kel32s *modes, int available) {
@@ -54,8 +31,8 @@ inline Border<8> borderFor(const Border<8> &border) {
 // What transform bypass does for the modes along one direction.
 template <int N>
 void addUpAlong(Differences<N> &differences, bool vertical, bool horizontal) {
-    if (vertical) differences.addUpDown();
-    if (horizontal) differences.addUpToTheRight();
+    if (vertical) addUpDown(differences);
+    if (horizontal) addUpToTheRight(differences);
 }
 
 // Blocks of N x N in their order, as each is predicted from those before it.
@@ -72,7 +49,7 @@ void reconstructBlocks(CodedBlocks &coded, Plane plane, const Kel32s *modes, int
             predicted.storeTo(block.target());
             continue;
         }
-        Differences<N> differences = differencesOf(coded.take<N * N>(lumaBlocks + k), scaling);
+        Differences<N> differences = differencesOf(coded.take<Words<N * N>>(lumaBlocks + k), scaling);
         if (scaling.bypass) addUpAlong(differences, mode == Vertical, mode == Horizontal);
         storeSum(predicted, differences, block.target());
     }
@@ -85,7 +62,8 @@ void addBlocks(CodedBlocks &coded, Plane plane, const Scaling &scaling) {
         if (!coded.has(lumaBlocks + k)) continue;
         const BlockPlace<N> place(k);
         const Plane block = plane.at(place.row, place.col);
-        storeSum(block.samples(), differencesOf(coded.take<N * N>(lumaBlocks + k), scaling), block.target());
+        storeSum(block.samples(), differencesOf(coded.take<Words<N * N>>(lumaBlocks + k), scaling),
+                 block.target());
     }
 }
 
@@ -93,7 +71,7 @@ void addBlocks(CodedBlocks &coded, Plane plane, const Scaling &scaling) {
 inline void reconstructWhole(CodedBlocks &coded, Plane plane, int mode, int available,
                              const Scaling &scaling) {
     const Square<16> predicted = predictedLuma(Border<16>(plane.samples(), available), mode);
-    const Words<16> dc = scaledDC(coded.take<16>(lumaDC), scaling);
+    const Words<16> dc = scaledDC(coded.take<Words<16>>(lumaDC), scaling);
     Differences<16> all;
     for (int k = 0; k < 16; ++k) {
         const BlockPlace<4> place(k);
@@ -118,7 +96,7 @@ struct ColourPlane {
 // 8.5.4: the coefficients of both planes, DC of both first.
 inline void readChroma(CodedBlocks &coded, const ColourPlane (&planes)[2], Differences<8> (&all)[2]) {
     Words<4> dc[2];
-    for (int c = 0; c < 2; ++c) dc[c] = scaledDC(coded.take<4>(chromaDC + c), planes[c].scaling);
+    for (int c = 0; c < 2; ++c) dc[c] = scaledDC(coded.take<Words<4>>(chromaDC + c), planes[c].scaling);
     for (int c = 0; c < 2; ++c) {
         for (int k = 0; k < 4; ++k) {
             const Differences<4> block =

@@ -3,6 +3,7 @@
 #ifndef KELVARA_H264_RESIDUAL_H
 #define KELVARA_H264_RESIDUAL_H
 
+#include "../common/macroblock.h"
 #include "dequantise.h"
 
 namespace kelvara {
@@ -20,53 +21,22 @@ inline bool isQp(int qp) {
     return qp >= 0 && qp <= 51;
 }
 
-// The coefficients of coded blocks, one block behind the other; bit `bit` of the pattern tells of each block
-// whether it is coded.
-class CodedBlocks {
-public:
-    CodedBlocks(const Kel16s *pCoeffs, Kel32u pattern) : m_next(pCoeffs), m_pattern(pattern) {}
-
-    bool has(int bit) const { return m_pattern >> bit & 1; }
-    // Zeros for a block that is not coded. REQUIRES: the blocks in their order.
-    template <int N>
-    Words<N> take(int bit) {
-        if (!has(bit)) return Words<N>{};
-        const Words<N> coeffs(m_next);
-        m_next += N;
-        return coeffs;
-    }
-    const Kel16s *next() const { return m_next; }
-
-private:
-    const Kel16s *m_next;
-    Kel32u m_pattern;
-};
-
 // ---- differences ----------------------------------------------------------------------
 
+// 8.5.15: of a block without a transform that is predicted along one direction, the differences are those
+// from the neighbour in that direction.
 template <int N>
-struct Differences {
-    // 8.5.15: of a block without a transform that is predicted along one direction, the differences are those
-    // from the neighbour in that direction.
-    void addUpDown() {
-        for (int row = 1; row < N; ++row) {
-            for (int col = 0; col < N; ++col) at[row][col] += at[row - 1][col];
-        }
+void addUpDown(Differences<N> &differences) {
+    for (int row = 1; row < N; ++row) {
+        for (int col = 0; col < N; ++col) differences.at[row][col] += differences.at[row - 1][col];
     }
-    void addUpToTheRight() {
-        for (int row = 0; row < N; ++row) {
-            for (int col = 1; col < N; ++col) at[row][col] += at[row][col - 1];
-        }
+}
+template <int N>
+void addUpToTheRight(Differences<N> &differences) {
+    for (int row = 0; row < N; ++row) {
+        for (int col = 1; col < N; ++col) differences.at[row][col] += differences.at[row][col - 1];
     }
-    template <int n, class Value>
-    void set(int top, int left, Value value) {
-        for (int row = 0; row < n; ++row) {
-            for (int col = 0; col < n; ++col) at[top + row][left + col] = value(row, col);
-        }
-    }
-
-    int at[N][N];
-};
+}
 
 inline Differences<4> differencesOf(const Words<16> &coeffs, const Scaling &scaling) {
     Differences<4> result;
@@ -96,12 +66,12 @@ inline Differences<8> differencesOf(const Words<64> &coeffs, const Scaling &scal
 inline Differences<4> differencesOf(CodedBlocks &coded, int bit, int dc, const Scaling &scaling) {
     Differences<4> result;
     if (scaling.bypass) {
-        Words<16> coeffs = coded.take<16>(bit);
+        Words<16> coeffs = coded.take<Words<16>>(bit);
         coeffs.at[0] = static_cast<Kel32u>(dc);
         return differencesOf(coeffs, scaling);
     }
     if (coded.has(bit)) {
-        const Words<16> coeffs = coded.take<16>(bit);
+        const Words<16> coeffs = coded.take<Words<16>>(bit);
         result.set<4>(0, 0, Residual4x4(dequantised4x4(coeffs, scaling.qp, scaling.pLevels, dc)));
     } else {
         const int same = static_cast<Kel32s>(halved(static_cast<Kel32u>(dc) + 32, 6));
