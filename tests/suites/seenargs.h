@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "../unit/tempdir.h"
+#include "inifile.h"
 #include "km.h"
 #include "spy.h"
 #include "suitetest.h"
@@ -107,19 +107,7 @@ private:
     int m_shift;
 };
 
-// ---- the ini file ---------------------------------------------------------------------
-
-// In force for as long as it lives.
-class IniFile {
-public:
-    explicit IniFile(std::string const &text) {
-        EXPECT_TRUE(g_istrm.setIniFile(m_dir.write("suite.ini", text), false));
-    }
-    ~IniFile() { g_istrm.close(); }
-
-private:
-    TempDir m_dir;
-};
+// ---- rows ----------------------------------------------------------------------------
 
 // The first parameter cell of each row.
 inline suite::Cells firstCells(suite::Rows const &rows) {

@@ -5,8 +5,9 @@
 #include <string.h>
 
 #include <algorithm>
+#include <memory>
 
-#include "../unit/tempdir.h"
+#include "inifile.h"
 #include "suitetest.h"
 
 namespace suite {
@@ -34,6 +35,12 @@ void checkFile(std::string const &file, std::vector<Expected> const &expected) {
 }
 
 // ---- rows ------------------------------------------------------------------------------
+
+// The file of the checks that need no whole walk.
+static std::unique_ptr<IniFile> shortWalk(Expected const &expected) {
+    if (expected.m_shortWalk.empty()) return nullptr;
+    return std::make_unique<IniFile>(expected.m_shortWalk);
+}
 
 static Rows rowsOf(Expected const &expected) {
     if (expected.m_hasRows) return expected.m_rows;
@@ -97,6 +104,7 @@ void checkSets(Expected const &expected) {
 
 // The file's statics are shared by all of its tests: each run builds anew what it needs.
 void checkNextRun(Expected const &expected) {
+    const auto file = shortWalk(expected);
     rkTest *test = findTest(expected.m_function, expected.m_test);
     if (!test) return;
     Outcome first = runTest(test);
@@ -120,6 +128,7 @@ static double divisorIn(Cells const &row) {
 }
 
 void checkUnits(Expected const &expected) {
+    const auto file = shortWalk(expected);
     rkTest *test = findTest(expected.m_function, expected.m_test);
     if (!test) return;
     Outcome run = runTest(test);
@@ -174,6 +183,7 @@ void checkMethod(Expected const &expected) {
 // ---- memory -----------------------------------------------------------------------------
 
 void checkMemory(Expected const &expected) {
+    const auto file = shortWalk(expected);
     runTest(findTest(expected.m_function, expected.m_test));
     std::vector<int> left;
     std::string text;
@@ -244,6 +254,7 @@ void callAndLook(Sets &sets, Expected const &expected, std::set<int> &changed) {
 } // namespace
 
 void checkWrites(Expected const &expected) {
+    const auto file = shortWalk(expected);
     std::set<int> changed, written(expected.m_writes.begin(), expected.m_writes.end());
     written.insert(expected.m_updates.begin(), expected.m_updates.end());
     Sets sets(findTest(expected.m_function, expected.m_test));

@@ -53,6 +53,11 @@ Expected &Expected::row(int i, Cells cells) {
     return *this;
 }
 
+Expected &Expected::shortWalk(std::string iniFile) {
+    m_shortWalk = std::move(iniFile);
+    return *this;
+}
+
 Expected &Expected::divisors(std::vector<double> divisors) {
     m_divisors = std::move(divisors);
     return *this;

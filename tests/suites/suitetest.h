@@ -44,6 +44,9 @@ struct Expected {
     // Only the number of rows, and those that row tells.
     Expected &sets(int count);
     Expected &row(int i, Cells cells);
+    // An ini file that is in force in the checks of all but the rows, for which a few sets of a long walk do.
+    // It may be that of a neighbour in the file, which runs in the check of the next run.
+    Expected &shortWalk(std::string iniFile);
     // One for each row.
     Expected &divisors(std::vector<double> divisors);
     // What the auto method becomes.
@@ -68,6 +71,7 @@ struct Expected {
     Rows m_rows;
     int m_sets = -1; // as many as there are rows
     std::map<int, Cells> m_samples;
+    std::string m_shortWalk;
     rkTool::Method m_method = rkTool::Auto;
     int m_count = 0; // of the method
     std::vector<int> m_blocks;

@@ -20,7 +20,7 @@ Fault s_fault;
 rkStepIterator<int> s_len;
 kmVector s_src(8), s_dst(8);
 void *s_leak;
-int s_runs;
+int s_runs, s_sets;
 
 int call() {
     if (s_fault == Beside) s_dst.p8u[100] = 1;
@@ -51,6 +51,7 @@ public:
         return true;
     }
     bool initData() override {
+        ++s_sets;
         if (s_fault == Leaks) s_leak = rkTest::allocate(16, 0);
         return s_src.createVector(50, SetDefault, 0, 0) && s_dst.createVector(100, SetDefault, 0, 0);
     }
@@ -155,6 +156,16 @@ TEST_F(SuiteChecks, FindAStateThatIsNotBuiltAnew) {
 TEST_F(SuiteChecks, FindAnotherUnitOrDivisor) {
     EXPECT_TRUE(has(wrong(suite::checkUnits, fake("px")), "row 0"));
     EXPECT_TRUE(has(wrong(suite::checkUnits, fake().divisors({4, 9})), "row 1"));
+}
+
+TEST_F(SuiteChecks, NeedTheWholeWalkForTheRowsAlone) {
+    const Expected expected = fake().shortWalk("[keliFake4x4_8u_C1R]\nlen = 8\n").divisors({8});
+    EXPECT_EQ(wrong(suite::checkSets, expected), "");
+    for (auto *check : {suite::checkNextRun, suite::checkUnits, suite::checkMemory, suite::checkWrites}) {
+        s_sets = 0;
+        EXPECT_EQ(wrong(check, expected), "");
+        EXPECT_EQ(s_sets, check == suite::checkNextRun ? 2 : 1);
+    }
 }
 
 TEST_F(SuiteChecks, FindAnotherTimingMethod) {
