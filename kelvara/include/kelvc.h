@@ -103,6 +103,7 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #endif
 
 // The families that have a header of their own; what is said above holds for them too.
+#include "kelvc_avs.h"
 #include "kelvc_blocks.h"
 #include "kelvc_coeffs.h"
 #include "kelvc_deblocking.h"

@@ -29,7 +29,7 @@ foreach(lib kelcore kels keli kelvc)
     rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
 endforeach()
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_dvpicture kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_transform kelvc_vc1)
+foreach(header keltypes kelcore kels keli kelvc kelvc_avs kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_dvpicture kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_transform kelvc_vc1)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)
