@@ -34,3 +34,8 @@ KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int edgePe
                                       Kel8u *pResult) {
     return edgesDetect16x16(pSrc, srcStep, edgePelDifference, edgePelCount, pResult);
 }
+
+KelStatus keliEdgesDetect16x16_16u_C1R(const Kel16u *pSrc, int srcStep, int edgePelDifference,
+                                       int edgePelCount, Kel8u *pResult) {
+    return edgesDetect16x16(pSrc, srcStep, edgePelDifference, edgePelCount, pResult);
+}
