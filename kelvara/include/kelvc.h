@@ -117,7 +117,9 @@ KELAPI KelStatus keliEdgesDetect16x16_8u_C1R(const Kel8u *pSrc, int srcStep, int
 #include "kelvc_motion.h"
 #include "kelvc_mpeg4.h"
 #include "kelvc_mpeg4bits.h"
+#include "kelvc_picture.h"
 #include "kelvc_transform.h"
 #include "kelvc_vc1.h"
+#include "kelvc_vc1motion.h"
 
 #endif
