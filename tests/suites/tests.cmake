@@ -22,7 +22,7 @@ foreach(suite
         mpeg4warp mpeg4bits mpeg4picture
         h26xbits
         vc1blocks
-        addblk blockdiff deblocking dv h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
+        addblk blockdiff deblocking dv dvpicture h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
         genscale transform transformh264
         reconstruct reconstructstrip timvcsad variance)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
