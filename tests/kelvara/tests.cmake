@@ -8,6 +8,7 @@ rakova_test(kelvara_processor_test kelvara/processor_test.cpp LIBS kelcore)
 target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/core/processor.cpp)
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
+        avsmacroblock avstransform
         denoise turnedpicture
         vc1picture vc1quant vc1smooth vc1transform
         h261vlc h263bits h263quant h263vlc
