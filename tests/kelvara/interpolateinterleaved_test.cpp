@@ -52,22 +52,29 @@ KelStatus interpolateBlock(const MovedBlock &b, const Source<Kel8u> &picture, Ds
 }
 
 // The picture ends at a forbidden page.
-void compareMoved(const MovedBlock &b) {
-    Source<Kel8u> picture(frameHeight, 2 * frameWidth, 2 * frameWidth + 3);
-    picture.fill(noise(9, 255));
+std::unique_ptr<Source<Kel8u>> noisyPicture() {
+    auto picture = std::make_unique<Source<Kel8u>>(frameHeight, 2 * frameWidth, 2 * frameWidth + 3);
+    picture->fill(noise(9, 255));
+    return picture;
+}
+
+void compareMoved(const MovedBlock &b, const Source<Kel8u> &picture) {
     DstBlock<Kel8u> dst[] = {{b.size.height, b.size.width, 16}, {b.size.height, b.size.width, 16}};
     ASSERT_EQ(kelStsNoErr, interpolateBlock(b, picture, dst[0], dst[1]));
     const double x = b.position.x + b.vector.x / 8.0, y = b.position.y + b.vector.y / 8.0;
     const double left = std::floor(x), top = std::floor(y);
     const int dx = static_cast<int>((x - left) * 8), dy = static_cast<int>((y - top) * 8);
+    int rows[17], cols[17]; // of the picture, for those of the block and one more
+    for (int i = 0; i < 17; ++i) {
+        rows[i] = static_cast<int>(std::clamp(top + i, 0.0, frameHeight - 1.0));
+        cols[i] = static_cast<int>(std::clamp(left + i, 0.0, frameWidth - 1.0));
+    }
     for (int colour = 0; colour < 2; ++colour) {
         EXPECT_TRUE(dst[colour].surroundingsIntact());
         for (int i = 0; i < b.size.width * b.size.height; ++i) {
             const int row = i / b.size.width, col = i % b.size.width;
             const auto at = [&](int down, int right) {
-                const int r = static_cast<int>(std::clamp(top + row + down, 0.0, frameHeight - 1.0));
-                const int c = static_cast<int>(std::clamp(left + col + right, 0.0, frameWidth - 1.0));
-                return picture(r, 2 * c + colour);
+                return picture(rows[row + down], 2 * cols[col + right] + colour);
             };
             ASSERT_EQ(between(at(0, 0), at(0, 1), at(1, 0), at(1, 1), dx, dy), dst[colour](row, col)) << i;
         }
@@ -92,24 +99,26 @@ TEST(KelvaraInterpolateInterleaved, EveryPositionOfEverySizeIsThatOfEachColour) 
 }
 
 TEST(KelvaraInterpolateInterleaved, VectorsMoveABlockThroughThePictureAndBeyondIt) {
+    const auto picture = noisyPicture();
     for (const KeliSize &size : {KeliSize{4, 4}, {8, 8}, {2, 2}, {16, 12}}) {
         for (int x = -200; x <= 200; x += 13) {
             for (int y = -150; y <= 150; y += 11) {
                 SCOPED_TRACE(testing::Message()
                              << size.width << "x" << size.height << " by " << x << ", " << y);
-                compareMoved({size, {4, 0}, {x, y}});
-                compareMoved({size, {0, 8}, {x, y}});
+                compareMoved({size, {4, 0}, {x, y}}, *picture);
+                compareMoved({size, {0, 8}, {x, y}}, *picture);
             }
         }
     }
 }
 
 TEST(KelvaraInterpolateInterleaved, AVectorMayBeAsLongAsItsNumbersAre) {
+    const auto picture = noisyPicture();
     for (const int x : {INT32_MIN, INT32_MAX}) {
         for (const int y : {INT32_MIN, INT32_MAX}) {
-            compareMoved({{4, 4}, {0, 0}, {x, y}});
-            compareMoved({{4, 4}, {x, y}, {x, y}});
-            compareMoved({{4, 4}, {y, x}, {3, 5}});
+            compareMoved({{4, 4}, {0, 0}, {x, y}}, *picture);
+            compareMoved({{4, 4}, {x, y}, {x, y}}, *picture);
+            compareMoved({{4, 4}, {y, x}, {3, 5}}, *picture);
         }
     }
 }
