@@ -15,7 +15,7 @@ extern "C" {
 // A macroblock is six blocks of 64 elements behind each other, Y0 Y1 Y2 Y3 CR CB, each in raster order, as
 // kelvc_dv.h leaves them. Samples are those of an inverse transform, around 0: 128 is added to them, and they
 // are limited to 0..255 (SMPTE 314M and IEC 61834-2). A picture has two bytes a pixel, Y CB Y CR for two
-// pixels. Steps are in bytes and at least a row of the macroblock.
+// pixels. Steps are in bytes and at least a row of a macroblock's picture.
 //
 // - 4:1:1: 32x8 pixels, the blocks of Y side by side; a sample of CR and CB is that of 4 pixels.
 // - 4:1:1 at the right edge: 16x16 pixels, Y0 Y1 above Y2 Y3; of the blocks of colour, the left half is the

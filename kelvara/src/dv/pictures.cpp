@@ -6,6 +6,7 @@
 #include "sampling.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace kelvara {
 
