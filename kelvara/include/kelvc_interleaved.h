@@ -35,11 +35,11 @@ KELAPI KelStatus keliSAD8x8_8u32s_C2R(const Kel8u *pCur, int curStep, const Kel8
 KELAPI KelStatus keliSumsDiff8x8Blocks4x4_8u16s_C2P2(const Kel8u *pSrc, int srcStep, const Kel8u *pPred, int predStep, Kel16s *pSums, int sumsStep, Kel16s *pSumDiffU, Kel16s *pDiffU, Kel16s *pSumDiffV, Kel16s *pDiffV);
 
 // The orthonormal 8x8 DCT of the samples of each colour of 8x8 pairs, to the nearest integers: 64 coefficients a
-// colour in rows of the same vertical frequency. No level is taken off: the first one is the sum of the
-// samples divided by 8.
+// colour in rows of the same vertical frequency. A value within 0.002 of a half may become either neighbour. No
+// level is taken off: the first one is the sum of the samples divided by 8.
 KELAPI KelStatus keliDCT8x8Fwd_8u16s_C2P2(const Kel8u *pSrc, int srcStep, Kel16s *pDstU, Kel16s *pDstV);
 
-// Its inverse: the samples of both colours, to the nearest integers and limited to 0..255, stored interleaved.
+// Its inverse: the samples of both colours, rounded alike and limited to 0..255, stored interleaved.
 // flag tells what the blocks hold: with 1 both are transformed; with 0 they have no coefficient but the first,
 // an eighth of which all samples of the colour are set to, and the others are not read. kelStsRangeErr for
 // another flag.

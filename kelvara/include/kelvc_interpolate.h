@@ -22,6 +22,7 @@ KELAPI KelStatus keliInterpolateLuma_H264_8u_C1R(const Kel8u *pSrc, int srcStep,
 
 // The prediction of a block of one chroma plane at dx and dy eighths of a sample, 0 to 7 (8.4.2.2.2). With dx
 // other than 0 one sample more is read behind the block, with dy other than 0 one row more below it.
+// kelStsRangeErr for another dx or dy.
 KELAPI KelStatus keliInterpolateChroma_H264_8u_C1R(const Kel8u *pSrc, int srcStep, Kel8u *pDst, int dstStep, int dx, int dy, KeliSize roi);
 
 // The same for a block that reaches over the top of the picture: the first outRows rows of the block at pSrc lie

@@ -118,7 +118,7 @@ KELAPI KelStatus keliGenScaleLevel8x8_H264_8u16s_D2(const Kel8u *pSrc, int srcSt
 KELAPI KelStatus keliGenScaleLevel4x4_H264_8u16s_C1(const Kel8u *pSrc, Kel16s *pInvLevels, Kel16s *pFwdLevels, int QpRem);
 
 // What the CAVLC coder of ITU-T H.264 9.2 codes of a block of chroma DC levels, whose scan is raster order for
-// 2x2 and that of 8.5.11.1 for 2x4. *pNumOutCoeffs becomes the number of levels other than 0, *pTotalZeros that
+// 2x2 and that of 8.5.4 for 2x4. *pNumOutCoeffs becomes the number of levels other than 0, *pTotalZeros that
 // of the zeros in front of the last of these. *pTrailingOnes is how many of the last levels, three at most, are
 // 1 or -1; *pTrailingOneSigns has a bit for each, 1 for a negative one, the last level's bit highest. All
 // others go to pLevels, and the numbers of zeros right in front of each level to pRuns, both from the last

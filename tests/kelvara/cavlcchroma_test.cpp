@@ -10,7 +10,7 @@ using namespace h264;
 namespace {
 
 const int order2x2[] = {0, 1, 2, 3};
-const int order2x4[] = {0, 2, 1, 4, 6, 3, 5, 7}; // of rows of two: 8.5.11.1
+const int order2x4[] = {0, 2, 1, 4, 6, 3, 5, 7}; // of rows of two: 8.5.4
 
 struct Coded {
     int ones, signs, count, zeros;

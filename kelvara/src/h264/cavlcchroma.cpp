@@ -7,7 +7,7 @@
 
 namespace kelvara {
 
-// Positions in the order of coding: ITU-T H.264 8.5.11.1.
+// Positions in the order of coding: ITU-T H.264 8.5.4.
 static const int scan2x2[4] = {0, 1, 2, 3};
 static const int scan2x4[8] = {0, 2, 1, 4, 6, 3, 5, 7};
 
