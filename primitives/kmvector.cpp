@@ -207,16 +207,21 @@ double kmVector::getElement(void const *data) const {
     return re;
 }
 
+// A user may have asked a test for more elements than it has room for.
+static bool holds(kmVector const &v, int i) {
+    return v.m_data && i >= 0 && (i + 1LL) * kmVector::item(v.m_func) <= v.size();
+}
+
 double kmVector::getIndex(int i) const {
-    return getElement(getPointerAt(i));
+    return getElement(holds(*this, i) ? getPointerAt(i) : nullptr);
 }
 
 void kmVector::getIndex(int i, double &re, double &im) const {
-    getElement(getPointerAt(i), re, im);
+    getElement(holds(*this, i) ? getPointerAt(i) : nullptr, re, im);
 }
 
 void kmVector::setIndex(int i, SetMode mode, double a, double b) {
-    if (m_data) setElement(getPointerAt(i), mode, a, b);
+    if (holds(*this, i)) setElement(getPointerAt(i), mode, a, b);
 }
 
 // The default of a single element is 0, unlike that of a vector.

@@ -8,8 +8,8 @@
 #include "kmfunc.h"
 
 // Usually a file static of a test, with a block between initData and flushData only. Data are reproducible:
-// one seed, fixed generators, conversion to the element type by truncation and never by saturation. No fill
-// or read checks an index.
+// one seed, fixed generators, conversion to the element type by truncation and never by saturation. An index
+// outside of the block writes nothing and reads 0.
 class kmVector : public rkObject {
 public:
     kmVector();

@@ -278,6 +278,17 @@ protected:
 TEST_F(KmVectorIndex, DefaultEndsAsZero) {
     EXPECT_EQ(after(SetDefault, 5, 6), (Values{77, 77, 0, 0, 77, 77}));
 }
+TEST_F(KmVectorIndex, OutsideOfTheBlockNothingIsWrittenAndZeroIsRead) {
+    for (int i : {3, 4, 1000000000, INT_MAX, -1, INT_MIN}) {
+        v.setIndex(i, SetValue, 5, 6);
+        EXPECT_EQ(v.getIndex(i), 0.0) << i;
+        double re = 8.0, im = 9.0;
+        v.getIndex(i, re, im);
+        EXPECT_EQ(re, 8.0) << i;
+        EXPECT_EQ(im, 9.0) << i;
+    }
+    EXPECT_EQ(parts(v), (Values{77, 77, 77, 77, 77, 77}));
+}
 TEST_F(KmVectorIndex, ZeroAndOne) {
     EXPECT_EQ(after(SetZero, 5, 6), (Values{77, 77, 0, 0, 77, 77}));
     EXPECT_EQ(after(SetOne, 5, 6), (Values{77, 77, 1, 0, 77, 77}));

@@ -348,6 +348,13 @@ TEST(KmvcTest, RandomValuesAreNeverZero) {
     EXPECT_EQ(v.p8s[999], 99);
 }
 
+TEST(KmvcTest, RandomValuesEndWithTheVector) {
+    kmVector v(8 | kmTypeSigned);
+    ASSERT_TRUE(v.createVector(16, SetValue, 99.0, 0.0));
+    Probe("keliA_8u").setRandNonZero(v, 100000, -2, 2);
+    EXPECT_NE(v.p8s[15], 99);
+}
+
 TEST(KmvcTest, RandomValuesComeFromTheCLibrary) {
     std::vector<int> expected;
     srand(1);
