@@ -52,12 +52,9 @@ inline Differences<8> differencesOf(const Words<64> &coeffs, const Scaling &scal
     Differences<8> result;
     if (scaling.bypass) {
         result.set<8>(0, 0, [&](int row, int col) { return coeffs(8 * row + col); });
-        return result;
+    } else {
+        result.set<8>(0, 0, Residual8x8(dequantised8x8(coeffs, scaling.qp, scaling.pLevels)));
     }
-    const auto scaled = dequantised8x8(coeffs, scaling.qp, scaling.pLevels);
-    Block8x8<Kel32s> block;
-    for (int i = 0; i < 64; ++i) block.at[i] = static_cast<Kel32s>(scaled.at[i]);
-    result.set<8>(0, 0, Residual8x8(block));
     return result;
 }
 
