@@ -1,98 +1,16 @@
-// mpeg4quant_test.cpp - quantisation of MPEG-4 blocks both ways, and reconstruction out of bit streams.
+// mpeg4quant_test.cpp - quantisation of MPEG-4 blocks both ways.
 
-#include "blocktest.h"
 #include "mpeg4kinds.h"
+#include "mpeg4quantiser.h"
+
+using namespace mpeg4;
 
 namespace {
 
 const int scales[] = {1, 2, 3, 4, 5, 8, 9, 16, 24, 25, 31, 32, 100, 511};
 const int depths[] = {4, 5, 8, 10, 12};
 
-using Matrix = Values<Kel8u>;
-using Block = Values<Kel16s>;
-
-// ---- the standard in doubles, which hold all products exactly --------------------------
-
-// ISO/IEC 14496-2 Table 7-1, value by value for quantiser_scale 1 to 31.
-const int dcScalers[2][31] = {{8,  8,  8,  8,  10, 12, 14, 16, 17, 18, 19, 20, 21, 22, 23, 24,
-                               25, 26, 27, 28, 29, 30, 31, 32, 34, 36, 38, 40, 42, 44, 46},
-                              {8,  8,  8,  8,  9,  9,  10, 10, 11, 11, 12, 12, 13, 13, 14, 14,
-                               15, 15, 16, 16, 17, 17, 18, 18, 19, 20, 21, 22, 23, 24, 25}};
-
-int dcScaler(int QP, int blockType) {
-    if (QP <= 31) return dcScalers[blockType][QP - 1];
-    return blockType == 0 ? 2 * QP - 16 : QP - 6;
-}
-
-double signOf(double value) {
-    return (value > 0) - (value < 0);
-}
-
-double saturated(double value, int depth) {
-    const double limit = std::ldexp(1.0, depth + 3);
-    return std::max(-limit, std::min(limit - 1, value));
-}
-
-// A block type of -1 is inter.
-double dequantised(double level, const Matrix *matrix, int index, int QP, int blockType) {
-    if (blockType >= 0 && index == 0) return level * dcScaler(QP, blockType);
-    if (level == 0) return 0;
-    if (matrix) {
-        const double k = blockType >= 0 ? 0 : signOf(level);
-        return std::trunc((2 * level + k) * (*matrix)[index] * QP / 16);
-    }
-    const double magnitude = QP * (2 * std::fabs(level) + 1) - (QP % 2 == 0 ? 1 : 0);
-    return signOf(level) * magnitude;
-}
-
-// All of a block: behind its last level are noughts.
-Block dequantised(const Block &levels, const Matrix *matrix, int depth, int QP, int blockType) {
-    Block block;
-    double sum = 0;
-    for (int i = 0; i < 64; ++i) {
-        const double value = dequantised(levels[i], matrix, i, QP, blockType);
-        block[i] = static_cast<Kel16s>(saturated(value, depth));
-        sum += block[i];
-    }
-    if (matrix && std::fmod(sum, 2) == 0) {
-        block[63] = static_cast<Kel16s>(block[63] % 2 != 0 ? block[63] - 1 : block[63] + 1);
-    }
-    return block;
-}
-
-// ---- the functions -----------------------------------------------------------------------
-
-enum Way { InvIntra, InvInter, Intra, Inter };
-const Way ways[] = {InvIntra, InvInter, Intra, Inter};
-
-struct Preparation {
-    KelStatus (*getSize)(int *);
-    KelStatus (*init)(const Kel8u *, KeliQuantSpec_MPEG4 *, int);
-};
-
-const Preparation preparations[] = {{keliQuantInvIntraGetSize_MPEG4, keliQuantInvIntraInit_MPEG4},
-                                    {keliQuantInvInterGetSize_MPEG4, keliQuantInvInterInit_MPEG4},
-                                    {keliQuantIntraGetSize_MPEG4, keliQuantIntraInit_MPEG4},
-                                    {keliQuantInterGetSize_MPEG4, keliQuantInterInit_MPEG4}};
-
-// In memory of exactly its size, which begins at any address.
-class Quantiser {
-public:
-    Quantiser(Way way, const Matrix *matrix, int depth, int offset = 0) : m_memory(sizeOf(way), offset) {
-        EXPECT_EQ(kelStsNoErr, preparations[way].init(matrix ? matrix->data() : nullptr, get(), depth));
-        EXPECT_TRUE(m_memory.surroundingsIntact());
-    }
-    KeliQuantSpec_MPEG4 *get() { return reinterpret_cast<KeliQuantSpec_MPEG4 *>(m_memory.data()); }
-
-private:
-    static int sizeOf(Way way) {
-        int size = 0;
-        EXPECT_EQ(kelStsNoErr, preparations[way].getSize(&size));
-        return size;
-    }
-
-    Destination<Kel8u> m_memory;
-};
+// ---- the functions ----------------------------------------------------------------------
 
 KelStatus inverse(Kel16s *block, int last, const KeliQuantSpec_MPEG4 *spec, int QP, int blockType) {
     return blockType >= 0 ? keliQuantInvIntra_MPEG4_16s_C1I(block, last, spec, QP, blockType)
@@ -473,74 +391,4 @@ TEST(KelvaraMpeg4Quant, MemoryThatHoldsNoQuantiserIsRefused) {
         }
         EXPECT_EQ(all(5), block.values());
     }
-}
-
-// ---- reconstruction out of bit streams ---------------------------------------------------
-
-namespace {
-
-Decoder reconstructor(int rvlc, int scan, const KeliQuantSpec_MPEG4 *spec, int QP) {
-    return [=](Kel8u **pp, int *o, Kel16s *c, int *last) {
-        return keliReconstructCoeffsInter_MPEG4_1u16s(pp, o, c, last, rvlc, scan, spec, QP);
-    };
-}
-
-} // namespace
-
-TEST(KelvaraMpeg4Reconstruct, BlocksAreDecodedScannedAndDequantised) {
-    std::mt19937 generator(7);
-    for (const mpeg4::Kind &kind : {mpeg4::kinds[2], mpeg4::kinds[5]}) {
-        for (int pass = 0; pass < 2000; ++pass) {
-            const Matrix random = randomBlock<Kel8u>(generator, 2, 127);
-            const Matrix *matrix = pass % 3 ? &random : nullptr;
-            const int scan = between(generator, -1, 2), offset = pass % 8,
-                      depth = oneOf(generator, {4, 8, 12});
-            const int QP = between(generator, 1, 31);
-            const Levels levels = mpeg4::randomLevelsOf(kind, generator);
-            const std::string text = mpeg4::textOf(kind, levels);
-            Quantiser quantiser(InvInter, matrix, depth, offset);
-            const Decoded d = decodedText(reconstructor(kind.rvlc, scan, quantiser.get(), QP), text, offset);
-            ASSERT_EQ(kelStsNoErr, d.status);
-            ASSERT_EQ(dequantised(placed(levels, scan), matrix, depth, QP, -1), d.block);
-            ASSERT_EQ(lastPlace(levels), d.last);
-            ASSERT_EQ(static_cast<int>(text.size()), d.bits);
-        }
-    }
-}
-
-TEST(KelvaraMpeg4Reconstruct, BitsThatAreNoBlockAreRefused) {
-    Quantiser quantiser(InvInter, nullptr, 8);
-    expectRefused(reconstructor(0, 0, quantiser.get(), 2), "000000000000");
-    expectRefused(reconstructor(1, 0, quantiser.get(), 2), "011111111111111");
-}
-
-TEST(KelvaraMpeg4Reconstruct, BadArgumentsAreRefusedAndNothingIsWritten) {
-    Quantiser quantiser(InvInter, nullptr, 8), other(InvIntra, nullptr, 8);
-    Bytes stream(32, 0x55);
-    Kel8u *p = stream.data(), *null = nullptr;
-    int offset = 3, bad = 8;
-    Destination<Kel16s> block(64);
-    Destination<int> last(1);
-    const auto call = [&](Kel8u **pp, int *o, int rvlc, int scan, Quantiser &q, int QP) {
-        return keliReconstructCoeffsInter_MPEG4_1u16s(pp, o, block.data(), last.data(), rvlc, scan, q.get(),
-                                                      QP);
-    };
-    EXPECT_EQ(kelStsNullPtrErr, call(nullptr, &offset, 0, 0, quantiser, 2));
-    EXPECT_EQ(kelStsNullPtrErr, call(&null, &offset, 0, 0, quantiser, 2));
-    EXPECT_EQ(kelStsNullPtrErr, call(&p, nullptr, 0, 0, quantiser, 0));
-    EXPECT_EQ(kelStsNullPtrErr, keliReconstructCoeffsInter_MPEG4_1u16s(&p, &offset, nullptr, last.data(), 0,
-                                                                       0, quantiser.get(), 2));
-    EXPECT_EQ(kelStsNullPtrErr, keliReconstructCoeffsInter_MPEG4_1u16s(&p, &offset, block.data(), nullptr, 0,
-                                                                       0, quantiser.get(), 2));
-    EXPECT_EQ(kelStsNullPtrErr, keliReconstructCoeffsInter_MPEG4_1u16s(&p, &offset, block.data(), last.data(),
-                                                                       0, 0, nullptr, 2));
-    EXPECT_EQ(kelStsRangeErr, call(&p, &bad, 0, 0, quantiser, 2));
-    for (int rvlc : {-1, 2}) EXPECT_EQ(kelStsRangeErr, call(&p, &offset, rvlc, 0, quantiser, 2));
-    for (int scan : {-2, 3}) EXPECT_EQ(kelStsRangeErr, call(&p, &offset, 0, scan, quantiser, 2));
-    for (int QP : {0, 512}) EXPECT_EQ(kelStsRangeErr, call(&p, &offset, 0, 0, quantiser, QP));
-    EXPECT_EQ(kelStsContextErr, call(&p, &offset, 0, 0, other, 2));
-    EXPECT_EQ(stream.data(), p);
-    EXPECT_EQ(3, offset);
-    EXPECT_TRUE(block.untouched());
-    EXPECT_TRUE(last.untouched());
 }

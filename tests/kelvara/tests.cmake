@@ -12,7 +12,7 @@ foreach(subject
         denoise turnedpicture
         vc1picture vc1quant vc1smooth vc1transform
         h261vlc h263bits h263quant h263vlc
-        mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
+        mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4recon mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
         h263filters h263resampling h263sampling
         vc1deblocking vc1interpolate
         cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
