@@ -92,7 +92,8 @@ KELAPI KelStatus keliRangeMapping_VC1_8u_C1R(const Kel8u *pSrc, int srcStep, Kel
 // half of a horizontal one), 4 and 8 for those of the edge in the middle. fieldNeighbourFlag, 0 to 3, tells
 // whose lines are sorted by field, 8 of the top field and then 8 of the bottom field, while pDst has the order
 // of the picture: 1 those of the macroblock before the edge, 2 those of the one behind it. The place of a line
-// in the latter decides which half it belongs to and how it is rounded. kelStsRangeErr for other flags.
+// in the latter decides which half it belongs to, its place in the picture how it is rounded. kelStsRangeErr
+// for other flags.
 KELAPI KelStatus keliSmoothingLuma_VerEdge_VC1_16s8u_C1R(Kel16s *pSrcLeft, int srcLeftStep, Kel16s *pSrcRight, int srcRightStep, Kel8u *pDst, int dstStep, int fieldNeighbourFlag, int edgeDisableFlag);
 KELAPI KelStatus keliSmoothingLuma_HorEdge_VC1_16s8u_C1R(const Kel16s *pSrcUpper, int srcUpperStep, const Kel16s *pSrcBottom, int srcBottomStep, Kel8u *pDst, int dstStep, int edgeDisableFlag);
 

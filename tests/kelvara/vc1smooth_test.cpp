@@ -138,8 +138,8 @@ TEST(KelvaraVc1Smooth, VerticalEdgesOfLumaByAllFlags) {
                 const LumaRow on = enabled(disable, r);
                 Plane line(1, left[l]);
                 line[0].insert(line[0].end(), right[r].begin(), right[r].end());
-                if (on.edge[0]) smoothRow(line, 0, 2, r + 1);
-                if (on.edge[1]) smoothRow(line, 0, 10, r + 1);
+                if (on.edge[0]) smoothRow(line, 0, 2, row + 1);
+                if (on.edge[1]) smoothRow(line, 0, 10, row + 1);
                 for (int i = 0; i < 4; ++i) {
                     if (on.edge[0]) shownRows[row][2 + i] = shown(line[0][i]);
                     if (on.edge[1]) shownRows[row][10 + i] = shown(line[0][8 + i]);
@@ -310,6 +310,25 @@ TEST(KelvaraVc1Smooth, HalvesGoUpAndDownInTurn) {
         EXPECT_EQ(picture(row, -1), row % 2 ? 1 : 0);
         EXPECT_EQ(picture(row, 0), 0);
         EXPECT_EQ(picture(row, 1), row % 2 ? 4 : 3);
+    }
+}
+
+// All lines of a field have the same rounding, in whatever order the macroblocks hold them.
+TEST(KelvaraVc1Smooth, LinesAreRoundedByTheirPlaceInThePicture) {
+    const Plane plane = planeOf(18, 16, [](int, int col) { return col == 3 || col == 11 ? 4 : 0; });
+    for (int fields = 0; fields < 4; ++fields) {
+        Block left(plane, 0, 0, 16, 2, 32), right(plane, 0, 2, 16, 16, 32);
+        Picture picture(40, 24, 4);
+        ASSERT_EQ(kelStsNoErr,
+                  keliSmoothingLuma_VerEdge_VC1_16s8u_C1R(left.data(), 32, right.data(), 32, picture.data(),
+                                                          picture.step(), fields, 0));
+        for (int row = 0; row < 16; ++row) {
+            for (int edge : {0, 8}) {
+                EXPECT_EQ(picture(row, edge - 2), row % 2 ? 0 : 1) << fields << ", row " << row;
+                EXPECT_EQ(picture(row, edge - 1), row % 2 ? 1 : 0) << fields << ", row " << row;
+                EXPECT_EQ(picture(row, edge + 1), row % 2 ? 4 : 3) << fields << ", row " << row;
+            }
+        }
     }
 }
 

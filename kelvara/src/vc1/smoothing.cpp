@@ -52,7 +52,8 @@ struct Picture {
 
 } // namespace
 
-// SMPTE 421M 8.5. Lines count from 0 within the block; every second one rounds the other way.
+// SMPTE 421M 8.5. Lines are those of the picture, counted from the block's first one; every second one rounds
+// the other way.
 static Line smoothed(const Line &in, int line) {
     const int up = 4 - (line & 1), down = 3 + (line & 1);
     const int *x = in.x;
@@ -71,7 +72,7 @@ static void smoothRow(OpenBlock left, int rowL, int colL, OpenBlock right, int r
                       int row, int col) {
     const Line in = {
         {left.at(rowL, colL), left.at(rowL, colL + 1), right.at(rowR, colR), right.at(rowR, colR + 1)}};
-    const Line out = smoothed(in, rowR);
+    const Line out = smoothed(in, row);
     left.set(rowL, colL, out.x[0]);
     left.set(rowL, colL + 1, out.x[1]);
     right.set(rowR, colR, out.x[2]);
