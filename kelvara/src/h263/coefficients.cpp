@@ -35,7 +35,7 @@ static void putExtendedLevel(BitWriter &writer, int level) {
 }
 
 static void putEscaped(BitWriter &writer, const Event &event) {
-    writer.put(tcoefEscape.code, tcoefEscape.bits);
+    writer.put(escapeCode.code, escapeCode.bits);
     writer.put(static_cast<Kel32u>(event.last), 1);
     writer.put(static_cast<Kel32u>(event.run), 6);
     if (LevelRange(false).holds(event.level)) {
@@ -86,7 +86,7 @@ static int readLevel(BitReader &reader, bool modQuant) {
 
 // False if there is no such code.
 static bool readEvent(BitReader &reader, const Codes &codes, Event &event) {
-    const auto &table = codes.advanced ? decoderTable<advancedTcoefCodes> : decoderTable<tcoefCodes>;
+    const auto &table = codes.advanced ? decoderTable<advancedTcoefCodes> : decoderTable<interEventCodes>;
     const Kel32s code = readCode(reader, table);
     if (code == noCode) return false;
     if (levelOf(code) != 0) {

@@ -9,7 +9,7 @@
 namespace kelvara {
 
 using IntraVlc = VlcEvents<vlcIntra>;
-using InterVlc = VlcEvents<vlcInter>;
+using InterVlc = VlcEvents<interEventCodes>;
 using IntraRvlc = RvlcEvents<rvlcIntra>;
 using InterRvlc = RvlcEvents<rvlcInter>;
 
