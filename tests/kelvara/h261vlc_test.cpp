@@ -165,11 +165,10 @@ void expectBothWays(const Kind &kind) {
     StreamEnd end;
     std::mt19937 generator(1);
     SeenEvents seen, firsts;
-    for (int pass = 0; pass < 100000; ++pass) {
+    for (int pass = 0; pass < roundTrips; ++pass) {
         const Levels levels = randomBlockOf(kind, generator);
         const int scan = between(generator, -1, 0), offset = between(generator, 0, 7);
         const int all = countNonZero(levels, 0);
-        if (all == 0) continue;
         const Levels block = placed(levels, scan);
         const Coded c = coded(kind, block, generator() % 2 ? all : 64, scan, offset);
         ASSERT_EQ(kelStsNoErr, c.status);
@@ -184,7 +183,7 @@ void expectBothWays(const Kind &kind) {
     }
     for (const auto &[key, word] : words)
         EXPECT_TRUE(seen.has({0, key[1], key[2]}) || seen.has({1, key[1], key[2]})) << word;
-    EXPECT_GT(seen.countBeside(words, 1, 127), 3000);
+    EXPECT_GT(seen.countBeside(words, 1, 127), 2500);
     EXPECT_EQ(!kind.intra, firsts.has({0, 0, 1})) << "the short form";
 }
 

@@ -49,6 +49,14 @@ Levels randomBlockOf(const Coding &c, std::mt19937 &generator) {
     return randomLevels(generator, c.first(), c.low(), c.high());
 }
 
+// One that is in the stream.
+Levels randomBlockWithLevelsOf(const Coding &c, std::mt19937 &generator) {
+    Levels levels;
+    do levels = randomBlockOf(c, generator);
+    while (countNonZero(levels, c.first()) == 0);
+    return levels;
+}
+
 const Coding &interCoding = codings[0], &extendedCoding = codings[1];
 const Coding &intraCoding = codings[2], &advancedCoding = codings[4];
 
@@ -175,11 +183,10 @@ void expectBothWays(const Coding &c) {
     StreamEnd end;
     std::mt19937 generator(1);
     SeenEvents seen;
-    for (int pass = 0; pass < 100000; ++pass) {
-        const Levels levels = randomBlockOf(c, generator);
+    for (int pass = 0; pass < roundTrips; ++pass) {
+        const Levels levels = randomBlockWithLevelsOf(c, generator);
         const int scan = between(generator, -1, 2), offset = between(generator, 0, 7);
         const int all = countNonZero(levels, c.first());
-        if (all == 0) continue;
         const Levels block = placed(levels, scan);
         const Coded result = coded(c, block, generator() % 2 ? all : 64, scan, offset);
         ASSERT_EQ(kelStsNoErr, result.status);
@@ -191,7 +198,7 @@ void expectBothWays(const Coding &c) {
         seen.add(levels, c.first());
     }
     for (const auto &[key, word] : c.words()) EXPECT_TRUE(seen.has(key)) << word;
-    EXPECT_GT(seen.countBeside(c.words(), 1, 127), 3000) << "escaped";
+    EXPECT_GT(seen.countBeside(c.words(), 1, 127), 2500) << "escaped";
     EXPECT_EQ(c.mod, seen.countBeside(c.words(), 128, 1024) > 1000) << "extended";
 }
 

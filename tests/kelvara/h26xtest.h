@@ -182,6 +182,14 @@ inline Levels withDc(Levels levels, int dc) {
 
 // ---- streams -----------------------------------------------------------------------
 
+// Blocks of each kind that are coded and decoded. Builds for the debugger take many times as long and do with
+// fewer, which have every code too.
+#ifdef __OPTIMIZE__
+const int roundTrips = 100000;
+#else
+const int roundTrips = 10000;
+#endif
+
 // What a block and its DC can have at most.
 const int streamBytes = 266;
 

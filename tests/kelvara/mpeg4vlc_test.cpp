@@ -38,13 +38,6 @@ private:
     size_t m_events[4] = {};
 };
 
-// For each scan; fewer in builds for the debugger, which take many times as long.
-#ifdef __OPTIMIZE__
-const int roundTrips = 100000;
-#else
-const int roundTrips = 10000;
-#endif
-
 // The stream ends in front of a forbidden page.
 void expectRoundTrip(const Kind &kind, const Levels &levels, int scan, int offset) {
     static StreamEnd end;
@@ -60,6 +53,7 @@ void expectRoundTrip(const Kind &kind, const Levels &levels, int scan, int offse
     ASSERT_EQ((p - room.data()) * 8 + bit - offset, d.bits);
 }
 
+// So many for each scan.
 void expectRoundTrips(const Kind &kind) {
     Coverage coverage(kind);
     for (int scan = -1; scan <= 2; ++scan) {
