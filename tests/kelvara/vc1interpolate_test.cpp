@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <deque>
 #include <string>
 
 namespace {
@@ -116,7 +117,7 @@ public:
         const int period = flags.fieldPadding && !flags.fieldPrediction ? 2 : 1;
         for (int i = 0; i < edge; ++i) {
             const std::vector<int> above = m_rows[period - 1], below = m_rows[m_rows.size() - period];
-            m_rows.insert(m_rows.begin(), above);
+            m_rows.push_front(above);
             m_rows.push_back(below);
         }
         m_channels = channels;
@@ -128,9 +129,9 @@ public:
     }
 
 private:
-    static const int edge = 40;
+    static const int edge = 40; // as far as blocks are from the frame
 
-    std::vector<std::vector<int>> m_rows;
+    std::deque<std::vector<int>> m_rows;
     int m_channels, m_width;
 };
 

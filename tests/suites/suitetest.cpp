@@ -175,6 +175,7 @@ Sets::Sets(rkTest *test) : m_test(test), m_started(false) {
     m_test->beginTest();
     m_started = m_test->canStart();
     EXPECT_TRUE(m_started) << "canStart";
+    m_test->setIniSection(m_test->m_name);
     m_test->parmsFromIstrm();
     m_test->m_firstPass = true;
 }

@@ -59,7 +59,7 @@ private:
 };
 
 static KelStatus check(const Param &param, int channels) {
-    const int rowBytes = channels * param.sizeBlock.width;
+    const long long rowBytes = 1LL * channels * param.sizeBlock.width;
     if (anyNull(param.pSrc, param.pDst, param.pLUTBottom, param.pLUTTop)) return kelStsNullPtrErr;
     if (!isFrame(param) || !isBlock(param.sizeBlock)) return kelStsSizeErr;
     if (param.srcStep < rowBytes || param.dstStep < rowBytes) return kelStsStepErr;

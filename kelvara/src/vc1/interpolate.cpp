@@ -12,7 +12,7 @@ template <class Filter, int channels>
 static KelStatus interpolate(const KeliInterpolateVC1_8u *pParam) {
     if (anyNull(pParam)) return kelStsNullPtrErr;
     const auto param = load<KeliInterpolateVC1_8u>(reinterpret_cast<const unsigned char *>(pParam));
-    const int rowBytes = channels * param.roiSize.width;
+    const long long rowBytes = 1LL * channels * param.roiSize.width;
     const Position at = {param.dx, param.dy, param.roundControl};
     if (anyNull(param.pSrc, param.pDst)) return kelStsNullPtrErr;
     if (!isBlock(param.roiSize)) return kelStsSizeErr;
