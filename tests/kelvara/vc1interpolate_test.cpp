@@ -218,17 +218,17 @@ TEST(KelvaraVc1Interpolate, ExtremeSamplesAreLimited) {
     }
 }
 
-// 4 * 1 + 3 * 2 + 3 * 4 + 9 * 7 sixteenths and one direction of the bicubic filters, worked out by hand.
+// Values of 10.5, worked out by hand.
 TEST(KelvaraVc1Interpolate, RoundControlTurnsHalvesTheOtherWay) {
     const Kel8u square[] = {10, 11, 12, 14};
     Kel8u dst = 0;
     KeliInterpolateVC1_8u param = {square, 2, &dst, 1, 2, 0, {1, 1}, 0};
     EXPECT_EQ(kelStsNoErr, keliInterpolateQPBilinear_VC1_8u_C1R(&param));
-    EXPECT_EQ(dst, 11); // of 10.5
+    EXPECT_EQ(dst, 11);
     param.roundControl = 1;
     EXPECT_EQ(kelStsNoErr, keliInterpolateQPBilinear_VC1_8u_C1R(&param));
     EXPECT_EQ(dst, 10);
-    const Kel8u line[] = {10, 10, 11, 11}; // 10.5 in its middle
+    const Kel8u line[] = {10, 10, 11, 11};
     KeliInterpolateVC1_8u across = {line + 1, 4, &dst, 1, 2, 0, {1, 1}, 0};
     EXPECT_EQ(kelStsNoErr, keliInterpolateQPBicubic_VC1_8u_C1R(&across));
     EXPECT_EQ(dst, 11);
