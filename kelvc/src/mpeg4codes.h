@@ -5,8 +5,6 @@
 
 #include "kmvc.h"
 
-static const int mpeg4StreamBytes = 1024;
-
 // How many coefficients of a block are not 0.
 static const int mpeg4Counts[] = {4, 8, 16, 32, 64};
 

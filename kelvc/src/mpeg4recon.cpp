@@ -1,5 +1,6 @@
 // mpeg4recon.cpp - MPEG-4 blocks out of a bit stream, dequantised at once.
 
+#include "blockstream.h"
 #include "mpeg4codes.h"
 #include "quantspec.h"
 
@@ -10,19 +11,11 @@ static rkMapIterator<int> rvlcFlag, scan;
 
 // ---- data ---------------------------------------------------------------------
 
-static kmVector coeffs(16 | kmTypeSigned);
-static kmBitVector bitStream;
+static BlockStream stream;
 static kmVector matrix(8);
-static KeliQuantSpec_MPEG4 *pSpec;          // tracked
-static Kel8u *pBitStream, *pBitStreamStart; // the next bit is bit bitOffset of the byte
-static int bitOffset, bitOffsetStart;
+static KeliQuantSpec_MPEG4 *pSpec; // tracked
 static int lastNonZero;
 static const int bitsPerPixel = 8, QP = 2;
-
-static void reset() {
-    pBitStream = pBitStreamStart;
-    bitOffset = bitOffsetStart;
-}
 
 // ---- class --------------------------------------------------------------------
 
@@ -51,13 +44,8 @@ bool Timvcmp4_Recon::canStart() {
 }
 
 bool Timvcmp4_Recon::initData() {
-    if (!coeffs.createVectorExt(64, rkGetVectorShift(), SetZero, 0, 0)) return false;
-    setRandNonZero(coeffs, countNonZero.value(), -127, 127);
-    bitStream.setBitPos(0);
-    if (!bitStream.createVectorExt(mpeg4StreamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
-    pBitStreamStart = bitStream.p8u;
-    bitOffsetStart = 0;
-    reset();
+    if (!stream.create()) return false;
+    setRandNonZero(stream.coeffs, countNonZero.value(), -127, 127);
     if (!encodeLevels()) return false;
     if (!matrix.createVectorExt(64, rkGetVectorShift(), SetRandom, 2.0, 127.0)) return false;
     return createQuantSpec(pSpec, {true, false}, matrix.p8u, bitsPerPixel);
@@ -66,19 +54,19 @@ bool Timvcmp4_Recon::initData() {
 // What the function is to meet.
 bool Timvcmp4_Recon::encodeLevels() {
     if (!keliEncodeCoeffsInter_MPEG4_16s1u) return false;
-    const KelStatus status = keliEncodeCoeffsInter_MPEG4_16s1u(
-        coeffs.p16s, &pBitStream, &bitOffset, countNonZero.value(), rvlcFlag.value(), scan.value());
+    const KelStatus status =
+        keliEncodeCoeffsInter_MPEG4_16s1u(stream.coeffs.p16s, &stream.pBitStream, &stream.bitOffset,
+                                          countNonZero.value(), rvlcFlag.value(), scan.value());
     return !rkIsError(checkStatus(status));
 }
 
 void Timvcmp4_Recon::flushData() {
     deleteQuantSpec(pSpec);
-    coeffs.deleteVector();
-    bitStream.deleteVector();
+    stream.flush();
     matrix.deleteVector();
 }
 
 // ---- registration -------------------------------------------------------------
 
-KM_REG_I(Timvcmp4_Recon, keliReconstructCoeffsInter_MPEG4_1u16s, reset(), &pBitStream, &bitOffset,
-         coeffs.p16s, &lastNonZero, rvlcFlag.value(), scan.value(), pSpec, QP);
+KM_REG_I(Timvcmp4_Recon, keliReconstructCoeffsInter_MPEG4_1u16s, stream.reset(), &stream.pBitStream,
+         &stream.bitOffset, stream.coeffs.p16s, &lastNonZero, rvlcFlag.value(), scan.value(), pSpec, QP);

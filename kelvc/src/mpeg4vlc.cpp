@@ -1,5 +1,6 @@
 // mpeg4vlc.cpp - coefficients of MPEG-4 into bit streams and back, from either end.
 
+#include "blockstream.h"
 #include "mpeg4codes.h"
 
 // ---- parameters ---------------------------------------------------------------
@@ -9,24 +10,18 @@ static rkMapIterator<int> rvlcFlag, scan;
 
 // ---- data ---------------------------------------------------------------------
 
-static kmVector coeffs(16 | kmTypeSigned);
-static kmBitVector bitStream;
-static Kel8u *pBitStream, *pBitStreamStart; // the next bit is bit bitOffset of the byte
-static int bitOffset, bitOffsetStart;
+static BlockStream stream;
 static int lastNonZero;
 
-static void reset() {
-    pBitStream = pBitStreamStart;
-    bitOffset = bitOffsetStart;
-}
-
-// A backward decoder begins with the last bit that is written.
-static void startAtEnd() {
-    pBitStreamStart = pBitStream;
-    bitOffsetStart = bitOffset - 1;
-    if (bitOffsetStart >= 0) return;
-    --pBitStreamStart;
-    bitOffsetStart = 7;
+// A backward decoder begins with the last bit that is written. False if there is none.
+static bool startAtEnd() {
+    if (stream.pBitStream == stream.pBitStreamStart && stream.bitOffset == 0) return false;
+    stream.pBitStreamStart = stream.pBitStream;
+    stream.bitOffsetStart = stream.bitOffset - 1;
+    if (stream.bitOffsetStart >= 0) return true;
+    --stream.pBitStreamStart;
+    stream.bitOffsetStart = 7;
+    return true;
 }
 
 // ---- class --------------------------------------------------------------------
@@ -37,7 +32,7 @@ public:
 
     bool canStart() override;
     bool initData() override;
-    void flushData() override;
+    void flushData() override { stream.flush(); }
     double getDivisor() override { return 64.0; }
     rkString getUnit() override { return "e"; }
 
@@ -62,35 +57,22 @@ bool Timm4EncVlc::canStart() {
 }
 
 bool Timm4EncVlc::initData() {
-    if (!coeffs.createVectorExt(64, rkGetVectorShift(), SetZero, 0, 0)) return false;
-    setRandNonZero(coeffs, countNonZero.value(), -127, 127);
-    bitStream.setBitPos(0);
-    if (!bitStream.createVectorExt(mpeg4StreamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
-    pBitStreamStart = bitStream.p8u;
-    bitOffsetStart = 0;
-    reset();
+    if (!stream.create()) return false;
+    setRandNonZero(stream.coeffs, countNonZero.value(), -127, 127);
     return m_encodes || prepareStream();
 }
 
 // What the decoder is to meet. From its end a block goes on up to the end of another one in front.
 bool Timm4EncVlc::prepareStream() {
     if (!encodeLevels()) return false;
-    if (!m_backward) return true;
-    if (!encodeLevels()) return false;
-    startAtEnd();
-    return true;
-}
-
-void Timm4EncVlc::flushData() {
-    coeffs.deleteVector();
-    bitStream.deleteVector();
+    return !m_backward || (encodeLevels() && startAtEnd());
 }
 
 // ---- registration -------------------------------------------------------------
 
-#define STREAM  &pBitStream, &bitOffset
-#define ENCODE  coeffs.p16s, STREAM, countNonZero.value(), rvlcFlag.value()
-#define DECODE  STREAM, coeffs.p16s, &lastNonZero
+#define STREAM  &stream.pBitStream, &stream.bitOffset
+#define ENCODE  stream.coeffs.p16s, STREAM, countNonZero.value(), rvlcFlag.value()
+#define DECODE  STREAM, stream.coeffs.p16s, &lastNonZero
 #define WITH_DC 0 // no code of its own: the block begins with DC
 
 bool Timm4EncVlc::encodeLevels() {
@@ -101,10 +83,10 @@ bool Timm4EncVlc::encodeLevels() {
 }
 
 // clang-format off
-KM_REG_I(Timm4EncVlc, keliEncodeCoeffsIntra_MPEG4_16s1u,         reset(), ENCODE, WITH_DC, scan.value());
-KM_REG_I(Timm4EncVlc, keliEncodeCoeffsInter_MPEG4_16s1u,         reset(), ENCODE, scan.value());
-KM_REG_I(Timm4EncVlc, keliDecodeCoeffsIntra_MPEG4_1u16s,         reset(), DECODE, rvlcFlag.value(), WITH_DC, scan.value());
-KM_REG_I(Timm4EncVlc, keliDecodeCoeffsIntraRVLCBack_MPEG4_1u16s, reset(), DECODE, WITH_DC);
-KM_REG_I(Timm4EncVlc, keliDecodeCoeffsInter_MPEG4_1u16s,         reset(), DECODE, rvlcFlag.value(), scan.value());
-KM_REG_I(Timm4EncVlc, keliDecodeCoeffsInterRVLCBack_MPEG4_1u16s, reset(), DECODE);
+KM_REG_I(Timm4EncVlc, keliEncodeCoeffsIntra_MPEG4_16s1u,         stream.reset(), ENCODE, WITH_DC, scan.value());
+KM_REG_I(Timm4EncVlc, keliEncodeCoeffsInter_MPEG4_16s1u,         stream.reset(), ENCODE, scan.value());
+KM_REG_I(Timm4EncVlc, keliDecodeCoeffsIntra_MPEG4_1u16s,         stream.reset(), DECODE, rvlcFlag.value(), WITH_DC, scan.value());
+KM_REG_I(Timm4EncVlc, keliDecodeCoeffsIntraRVLCBack_MPEG4_1u16s, stream.reset(), DECODE, WITH_DC);
+KM_REG_I(Timm4EncVlc, keliDecodeCoeffsInter_MPEG4_1u16s,         stream.reset(), DECODE, rvlcFlag.value(), scan.value());
+KM_REG_I(Timm4EncVlc, keliDecodeCoeffsInterRVLCBack_MPEG4_1u16s, stream.reset(), DECODE);
 // clang-format on

@@ -8,6 +8,8 @@ static rkMapIterator<int> blockType;
 
 // ---- data ---------------------------------------------------------------------
 
+static const int streamBytes = 1024;
+
 static kmBitVector bitStream;
 static Kel8u *pBitStream; // the next bit is bit bitOffset of the byte
 static int bitOffset;
@@ -42,7 +44,7 @@ bool Timm4EncVlcDC::canStart() {
 
 bool Timm4EncVlcDC::initData() {
     bitStream.setBitPos(0);
-    if (!bitStream.createVectorExt(mpeg4StreamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
+    if (!bitStream.createVectorExt(streamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
     reset();
     return m_func.find("Decode") < 0 || encodeLevel();
 }

@@ -1,5 +1,6 @@
 // mpeg4bits_test.cpp - the suites of quantisation and bit streams of MPEG-4: their data and their calls.
 
+#include "inifile.h"
 #include "kmvc.h"
 #include "seenbits.h"
 
@@ -523,6 +524,30 @@ TEST_F(Mpeg4Bits, AWarningOfAPreparingCallLetsTheSetBe) {
     EXPECT_NE(outcome.log.find("--KEL WARNING."), std::string::npos) << outcome.log;
     ASSERT_FALSE(g_seen.empty());
     EXPECT_EQ(g_seen[0].function, recon);
+}
+
+// In front of an empty stream there is nothing to read.
+TEST_F(Mpeg4Bits, BackwardDecodersHaveNoSetWithoutALevel) {
+    for (char const *function :
+         {"keliDecodeCoeffsIntraRVLCBack_MPEG4_1u16s", "keliDecodeCoeffsInterRVLCBack_MPEG4_1u16s"}) {
+        IniFile file("[" + std::string(function) + "]\ncountNonZero = 0\n");
+        g_seen.clear();
+        suite::Outcome outcome = run(function);
+        EXPECT_TRUE(rkIsError(outcome.result)) << function;
+        for (SeenCall const &call : g_seen) EXPECT_NE(call.function, function);
+        EXPECT_TRUE(suite::Sets::blocks().empty()) << function;
+    }
+}
+
+TEST_F(Mpeg4Bits, MoreLevelsThanABlockHasAreAnError) {
+    std::vector<Expected> all = vlcTests;
+    all.insert(all.end(), reconTests.begin(), reconTests.end());
+    for (Expected const &expected : all) {
+        for (char const *count : {"65", "5000", "-1"}) {
+            IniFile file("[" + expected.m_function + "]\ncountNonZero = " + count + "\n");
+            EXPECT_TRUE(rkIsError(run(expected.m_function).result)) << expected.m_function << ", " << count;
+        }
+    }
 }
 
 TEST_F(Mpeg4Bits, WithoutMemoryThereIsNoSet) {
