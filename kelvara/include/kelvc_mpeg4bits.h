@@ -46,8 +46,8 @@ KELAPI KelStatus keliQuantInterInit_MPEG4(const Kel8u *pQuantMatrix, KeliQuantSp
 // - first method: mismatch control, an even sum of the block flips the lowest bit of the last coefficient.
 //
 // indxLastNonZero, 0 to 63, is the place of the last level other than 0 in the order of whichever scan; those
-// further back are 0. Elements that no scan reaches up to there stay as they are, save the last one in mismatch
-// control.
+// further back are 0. Elements that no scan reaches up to there stay as they are and count for nothing, save the
+// last one in mismatch control.
 KELAPI KelStatus keliQuantInvIntra_MPEG4_16s_C1I(Kel16s *pCoeffs, int indxLastNonZero, const KeliQuantSpec_MPEG4 *pSpec, int QP, int blockType);
 KELAPI KelStatus keliQuantInvInter_MPEG4_16s_C1I(Kel16s *pCoeffs, int indxLastNonZero, const KeliQuantSpec_MPEG4 *pSpec, int QP);
 

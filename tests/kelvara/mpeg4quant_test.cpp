@@ -184,6 +184,25 @@ TEST(KelvaraMpeg4Quant, ElementsThatNoScanReachesStay) {
     }
 }
 
+TEST(KelvaraMpeg4Quant, ElementsThatStayDoNotCountInMismatchControl) {
+    const Matrix matrix = weights(16);
+    Quantiser quantiser(InvInter, &matrix, 8);
+    for (int stay : {100, 101}) {
+        for (int lastElement : {100, 101}) {
+            Block levels = all(3);
+            std::fill(levels.begin() + 25, levels.end(), Kel16s{0}); // behind place 3 of all scans
+            levels[40] = static_cast<Kel16s>(stay);
+            levels[63] = static_cast<Kel16s>(lastElement);
+            InPlace block(levels);
+            ASSERT_EQ(kelStsNoErr, inverse(block.data(), 3, quantiser.get(), 1, -1));
+            int sum = block[63];
+            for (int i = 0; i < 25; ++i) sum += block[i];
+            EXPECT_EQ(1, sum & 1) << stay << ", " << lastElement;
+            EXPECT_EQ(100, block[63] & ~1) << stay << ", " << lastElement;
+        }
+    }
+}
+
 TEST(KelvaraMpeg4Quant, MismatchControlMakesTheSumOddInTheFirstMethodAlone) {
     std::mt19937 generator(3);
     int flipped = 0;
