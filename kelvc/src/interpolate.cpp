@@ -1,6 +1,7 @@
 // interpolate.cpp - interpolation of H.264 at fractions of a sample.
 
 #include "kmvc.h"
+#include "rotatingoffset.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -18,10 +19,9 @@ static kmVector pDst; // 16 rows
 static const int srcStep = 128, dstStep = 128;
 static KeliSize roi;
 
-// Each call reads one byte further, so that all 64 alignments of a cache line count alike.
-static unsigned int src_offset;
+static RotatingOffset src_offset;
 static Kel8u const *nextSource() {
-    return pSrc.p8u + 512 + src_offset++ % 64;
+    return pSrc.p8u + 512 + src_offset.next();
 }
 
 // ---- class --------------------------------------------------------------------
@@ -51,7 +51,7 @@ bool rk_Interpolate::canStart() {
     size.init("size_num", 0, lastSize, 1, StepPlus);
     dy.init("dy", 0, m_luma ? 3 : 1, 1, StepPlus);
     dx.init("dx", 0, m_luma ? 3 : 1, 1, StepPlus);
-    src_offset = 0;
+    src_offset.restart();
     return true;
 }
 

@@ -1,6 +1,7 @@
 // interpolateblock.cpp - the mean of blocks: the last step of quarter samples and of two references in H.264.
 
 #include "kmvc.h"
+#include "rotatingoffset.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -12,12 +13,10 @@ static kmVector pSrc1(8), pSrc2(8), pSrc3(8), pDst(8);
 static const int step = 128; // of all blocks
 static int width, height;
 
-// Each call reads its sources one byte further, so that all alignments of a cache line count alike.
-static const unsigned int offset_modul = 64;
-static unsigned int src_offset1, src_offset2, src_offset3;
+static RotatingOffset src_offset1, src_offset2, src_offset3;
 
-static Kel8u const *rotating(kmVector const &source, unsigned int &offset) {
-    return source.p8u + offset++ % offset_modul;
+static Kel8u const *rotating(kmVector const &source, RotatingOffset &offset) {
+    return source.p8u + offset.next();
 }
 
 // ---- classes ------------------------------------------------------------------
@@ -54,7 +53,9 @@ bool kmvcInterpolateBlock::initData() {
     width = blockSize.value().width;
     height = blockSize.value().height;
     if (width > 16 || height > 16) return false; // a user's block
-    src_offset1 = src_offset2 = src_offset3 = 0;
+    src_offset1.restart();
+    src_offset2.restart();
+    src_offset3.restart();
     const int shift = rkGetVectorShift();
     return pSrc1.createVectorExt(2944, shift, SetDefault, 0, 0) &&
            pSrc2.createVectorExt(2944, shift, SetDefault, 0, 0) &&

@@ -36,7 +36,7 @@ private:
     StripPosition m_position;
 };
 
-// 17 blocks of 16 for each macroblock. A call takes those of the coded blocks.
+// 17 blocks of 16 for each macroblock, as many as H.264 has. A call takes those of the coded blocks.
 class StripCoefficients {
 public:
     bool create() {
@@ -59,8 +59,8 @@ private:
     StripPosition m_position;
 };
 
-// The coded block pattern of "block_type": DC alone, nothing, about half of the blocks, all. False for any
-// other number, which a user may have entered.
+// The coded block pattern of "block_type": its first bit alone, which is DC in H.264 and a block in AVS,
+// nothing, about half of the blocks, all. False for any other number, which a user may have entered.
 inline bool patternOfBlockType(int type, Kel32u &cbp) {
     static const Kel32u patterns[] = {1, 0, 103591, 131071};
     if (type < 0 || type > 3) return false;
