@@ -99,6 +99,12 @@ enum { SrcDst, Pred, Rec, DC };
 std::vector<Kel16s> g_scan;    // of the last call of a quantiser of residuals
 std::vector<Kel32s> g_factors; // of the last call that had some
 
+// Where the last transform with a quantiser was to store its count, and what stood there before.
+struct Count {
+    int *place;
+    int before;
+} g_count;
+
 class TransformSuite : public suite::SuiteTest {
 protected:
     std::vector<SeenCall> calls(Expected const &expected) {
@@ -162,17 +168,20 @@ KelStatus keliTransformDequantChromaDC_SISP_H264_16s_C1I(Kel16s *data, const Kel
 
 KelStatus keliTransformQuantChromaDC_H264_16s_C1I(Kel16s *data, Kel16s *transformed, int qp, int *count,
                                                   int intra, int need) {
+    g_count = {count, *count};
     return SPY(keliTransformQuantChromaDC_H264_16s_C1I, data, transformed, qp, count, intra, need);
 }
 
 KelStatus keliTransformQuantLumaDC_H264_16s_C1I(Kel16s *data, Kel16s *transformed, int qp, int *count,
                                                 int need, const Kel16s *scan, int *last) {
+    g_count = {count, *count};
     g_scan.assign(scan, scan + 16);
     return SPY(keliTransformQuantLumaDC_H264_16s_C1I, data, transformed, qp, count, need, scan, last);
 }
 
 KelStatus keliTransformQuantResidual_H264_16s_C1I(Kel16s *data, int qp, int *count, int intra,
                                                   const Kel16s *scan, int *last) {
+    g_count = {count, *count};
     g_scan.assign(scan, scan + 16);
     return SPY(keliTransformQuantResidual_H264_16s_C1I, data, qp, count, intra, scan, last);
 }
@@ -281,6 +290,17 @@ TEST_F(TransformSuite, ScanIsTheIdentity) {
         g_scan.clear();
         calls(transforms[i]);
         EXPECT_EQ(g_scan, identity);
+    }
+}
+
+TEST_F(TransformSuite, CountStartsAtZeroInEverySet) {
+    for (int i : {7, 8, 9}) {
+        suite::Sets sets(suite::findTest(transforms[i].m_function));
+        while (sets.next()) {
+            EXPECT_EQ(sets.call(), 0);
+            EXPECT_EQ(g_count.before, 0) << transforms[i].m_function;
+            *g_count.place = 99; // spoiled for the next set
+        }
     }
 }
 
