@@ -1,4 +1,4 @@
-// reconstructcalls.h - what the suites of H.264 reconstruction pass to the library, for their tests.
+// reconstructcalls.h - what the suites of reconstruction pass to the library, for their tests.
 
 #ifndef RAKOVA_TESTS_RECONSTRUCTCALLS_H
 #define RAKOVA_TESTS_RECONSTRUCTCALLS_H

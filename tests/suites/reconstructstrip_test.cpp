@@ -1,12 +1,10 @@
 // reconstructstrip_test.cpp - the suites of H.264 reconstruction that walk a strip of macroblocks.
 
-#include "reconstructcalls.h"
+#include "stripcalls.h"
 
 namespace {
 
 using suite::Expected;
-
-const int coeffBytes = 2 * 278528, planeBytes = 279072;
 
 Expected luma(char const *function, int firstBlock) {
     return Expected("rk_ReconstructLuma", function, "all", 1)
@@ -65,25 +63,6 @@ KelStatus keliReconstructChromaIntraMB_H264_16s8u_P2R(Kel16s **pp, Kel8u *u, Kel
 }
 
 // ---- strips -----------------------------------------------------------------------------
-
-namespace {
-
-const std::vector<int> patterns = {1, 0, 103591, 131071};
-
-int coeffsOf(Behind const &behind) {
-    return placeOf(behind.coeffs).offset / 2;
-}
-
-// The plane of an argument lies in its block with all neighbours of its macroblock.
-void expectMacroblock(SeenArgument const &plane, int block, int position, int size) {
-    const int offset = 16432 + 16 * position;
-    ASSERT_EQ(placeOf(plane), (Place{block, offset}));
-    ASSERT_GE(offset - 16416 - 1, 0);
-    ASSERT_LE(offset - 16416 + size + 8, 16416) << "the upper right neighbour is in the row";
-    ASSERT_LE(offset + (size - 1) * 16416 + size, planeBytes);
-}
-
-} // namespace
 
 TEST_F(ReconstructStrip, StripsHaveCoefficientsOfOne) {
     suite::Sets sets(suite::findTest("keliReconstructLumaInterMB_H264_16s8u_C1R"));

@@ -19,6 +19,7 @@ target_link_libraries(suitechecks PUBLIC suitetest)
 rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
+        avs
         mpeg4warp mpeg4bits mpeg4picture
         h26xbits
         vc1blocks vc1deblocking vc1interpolate
