@@ -352,11 +352,13 @@ TEST_F(H26xBits, H263IntraStreamsBeginWithTheBlocksDc) {
     for (char const *function :
          {"keliDecodeCoeffsIntra_H263_1u16s", "keliReconstructCoeffsIntra_H263_1u16s"}) {
         suite::Sets sets(suite::findTest(function));
-        while (sets.next()) {
+        int count = 0;
+        for (; sets.next(); ++count) {
             std::vector<suite::Block> blocks = suite::Sets::blocks();
             const int dc = coeffsOf(blocks)[0];
             EXPECT_EQ(blocks[Stream].data[0], dc < 1 ? 1 : dc) << function;
         }
+        EXPECT_EQ(count, 40) << function;
     }
 }
 
