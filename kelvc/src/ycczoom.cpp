@@ -7,8 +7,8 @@
 static const int macroblocks = 5, macroblockSize = 768, pictureDistance = 32; // bytes
 
 static kmVector source;
-static kmImage
-    image; // rows of bytes, two a pixel: those of 4:1:1 are 32 pixels wide, and the next ones overlap
+// Rows of bytes, two a pixel: macroblocks of 4:1:1 are 32 pixels wide, and the next ones overlap them.
+static kmImage image;
 static Kel16s *pSrc[macroblocks];
 static Kel8u *pDst[macroblocks];
 static int dstStep;
