@@ -353,6 +353,16 @@ TEST_F(Mpeg4Bits, ReconstructionTakesCodesScanAndAQuantiserOfTwo) {
     }
 }
 
+TEST_F(Mpeg4Bits, WeightsOfReconstructionAreRandom) {
+    suite::Sets sets(suite::findTest(recon));
+    ASSERT_TRUE(sets.next());
+    const std::vector<suite::Block> blocks = suite::Sets::blocks();
+    kmVector::m_seed = 7;
+    kmVector matrix(8);
+    ASSERT_TRUE(matrix.createVectorExt(64, 0, SetRandom, 2.0, 127.0));
+    EXPECT_EQ(memcmp(blocks[Matrix].data, matrix.m_data, 64), 0);
+}
+
 namespace {
 
 // Bits of the block in hand that the encoder writes, alone.

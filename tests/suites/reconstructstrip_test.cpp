@@ -131,6 +131,21 @@ TEST_F(ReconstructStrip, AManualCountGoesOnFromSetToSetAndStartsOverWithTheTest)
     }
 }
 
+TEST_F(ReconstructStrip, CoefficientsStartOverWithTheStripWhateverWasCountedBefore) {
+    rkTest *test = suite::findTest("keliReconstructLumaInterMB_H264_16s8u_C1R");
+    {
+        suite::Sets before(test);
+        ASSERT_TRUE(before.next());
+        for (int i = 0; i < 3; ++i) callOnce(before);
+    }
+    suite::Sets sets(test);
+    ASSERT_TRUE(sets.next());
+    statistic(test, 1024 + 5);
+    ASSERT_EQ(g_behind.size(), 1030u);
+    for (int i = 0; i < 1030; ++i)
+        ASSERT_EQ(coeffsOf(g_behind[static_cast<size_t>(i)]), i % 1024 * 8 * 16) << i;
+}
+
 TEST_F(ReconstructStrip, BlockTypesAreCodedBlockPatterns) {
     struct Strip {
         char const *function;
