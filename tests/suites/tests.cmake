@@ -20,6 +20,7 @@ rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
         avs
+        denoise wholepicture
         mpeg4warp mpeg4bits mpeg4picture
         h26xbits
         vc1blocks vc1deblocking vc1interpolate
