@@ -1,7 +1,8 @@
-// mpeg4bits_test.cpp - the suites of quantisation and bit streams of MPEG-4: their data and their calls.
+// mpeg4bits_test.cpp - the suites of bit streams of MPEG-4: their data and their calls.
 
 #include "inifile.h"
 #include "kmvc.h"
+#include "mpeg4spec.h"
 #include "seenbits.h"
 
 namespace {
@@ -12,30 +13,10 @@ using suite::Expected;
 const Cells counts = {"4", "8", "16", "32", "64"};
 const Cells bothCodes = {"vlc", "rvlc"}, scans = {"none", "zigzag", "horizontal", "vertical"};
 
-const int specBytes = 76;
 enum { Coeffs, Stream, Matrix, Spec }; // the blocks of bit streams, in the order in which they are made
 const std::vector<int> sizes = {128, 1024}, reconSizes = {128, 1024, 64, specBytes};
-enum { Pool, PoolMatrix, PoolSpec };
-const std::vector<int> quantSizes = {131072, 64, specBytes};
 
 // ---- what is registered ---------------------------------------------------------------
-
-Expected quant(char const *function, Cells const &lasts) {
-    return Expected("Timm4Quant", function, "e", 64)
-        .consumes()
-        .parm("indxLastNonZero", lasts)
-        .parm("bitsPerPixel", {"4", "8", "12"})
-        .blocks(quantSizes)
-        .updates({Pool});
-}
-
-const Cells lasts = {"3", "7", "15", "31", "63"};
-const std::vector<Expected> quantTests = {
-    quant("keliQuantInvIntra_MPEG4_16s_C1I", lasts),
-    quant("keliQuantInvInter_MPEG4_16s_C1I", lasts),
-    quant("keliQuantIntra_MPEG4_16s_C1I", {"0"}),
-    quant("keliQuantInter_MPEG4_16s_C1I", {"0"}),
-};
 
 Expected coded(char const *test, char const *function, Cells const &codes, Cells const &orders, int written) {
     return Expected(test, function, "e", 64)
@@ -74,62 +55,18 @@ Expected dc(char const *function) {
 const std::vector<Expected> dcTests = {dc("keliEncodeDCIntra_MPEG4_16s1u").writes({0}),
                                        dc("keliDecodeDCIntra_MPEG4_1u16s")};
 
-// What the Init functions were handed: the weights, and the number of bits.
-struct SeenInit {
-    std::string function;
-    int block, bits;
-};
-std::vector<SeenInit> g_inits;
-
-KelStatus seenInit(char const *function, const Kel8u *matrix, int bits) {
-    SeenInit init = {function, -1, bits};
-    roomAt(matrix, &init.block);
-    g_inits.push_back(init);
-    return g_answered == function ? g_answer : kelStsNoErr;
-}
-
-KelStatus seenGetSize(char const *function) {
-    return g_answered == function ? g_answer : kelStsNoErr;
-}
-
 } // namespace
 
-SUITE_TEST(Mpeg4Quant, "mpeg4quant.cpp", quantTests);
 SUITE_TEST(Mpeg4Recon, "mpeg4recon.cpp", reconTests);
 SUITE_TEST(Mpeg4Vlc, "mpeg4vlc.cpp", vlcTests);
 SUITE_TEST(Mpeg4VlcDC, "mpeg4vlcdc.cpp", dcTests);
 
 // ---- the spies ----------------------------------------------------------------------
 
+SPY_SPEC(keliQuantInvInterGetSize_MPEG4, keliQuantInvInterInit_MPEG4)
+
 // clang-format off
 
-#define SPY_SPEC(getSize, init) \
-    KelStatus getSize(int *size) { \
-        KelStatus status = seenGetSize(#getSize); \
-        return status ? status : callLibrary(&getSize, #getSize, size); \
-    } \
-    KelStatus init(const Kel8u *matrix, KeliQuantSpec_MPEG4 *spec, int bits) { \
-        KelStatus status = seenInit(#init, matrix, bits); \
-        return status ? status : callLibrary(&init, #init, matrix, spec, bits); \
-    }
-
-SPY_SPEC(keliQuantInvIntraGetSize_MPEG4, keliQuantInvIntraInit_MPEG4)
-SPY_SPEC(keliQuantInvInterGetSize_MPEG4, keliQuantInvInterInit_MPEG4)
-SPY_SPEC(keliQuantIntraGetSize_MPEG4, keliQuantIntraInit_MPEG4)
-SPY_SPEC(keliQuantInterGetSize_MPEG4, keliQuantInterInit_MPEG4)
-
-KelStatus keliQuantInvIntra_MPEG4_16s_C1I(Kel16s *c, int last, const KeliQuantSpec_MPEG4 *spec, int QP, int type) {
-    return SPY(keliQuantInvIntra_MPEG4_16s_C1I, c, last, spec, QP, type);
-}
-KelStatus keliQuantInvInter_MPEG4_16s_C1I(Kel16s *c, int last, const KeliQuantSpec_MPEG4 *spec, int QP) {
-    return SPY(keliQuantInvInter_MPEG4_16s_C1I, c, last, spec, QP);
-}
-KelStatus keliQuantIntra_MPEG4_16s_C1I(Kel16s *c, const KeliQuantSpec_MPEG4 *spec, int QP, int *count, int type) {
-    return SPY(keliQuantIntra_MPEG4_16s_C1I, c, spec, QP, count, type);
-}
-KelStatus keliQuantInter_MPEG4_16s_C1I(Kel16s *c, const KeliQuantSpec_MPEG4 *spec, int QP, int *count) {
-    return SPY(keliQuantInter_MPEG4_16s_C1I, c, spec, QP, count);
-}
 KelStatus keliEncodeCoeffsIntra_MPEG4_16s1u(const Kel16s *c, Kel8u **pp, int *o, int n, int rvlc, int dc, int scan) {
     return SPY_BITS(keliEncodeCoeffsIntra_MPEG4_16s1u, c, pp, o, n, rvlc, dc, scan);
 }
@@ -185,129 +122,6 @@ Kel16s *coeffsOf(std::vector<suite::Block> const &blocks) {
 }
 
 } // namespace
-
-// ---- quantisers -----------------------------------------------------------------------
-
-TEST_F(Mpeg4Bits, InverseQuantisersTakeTheirLastIndexAndAQuantiserByTheirDepth) {
-    suite::Outcome outcome;
-    std::vector<SeenCall> intra = callsOf(outcome, "keliQuantInvIntra_MPEG4_16s_C1I");
-    std::vector<SeenCall> inter = callsOf(outcome, "keliQuantInvInter_MPEG4_16s_C1I");
-    ASSERT_EQ(intra.size(), 15u);
-    ASSERT_EQ(inter.size(), 15u);
-    for (int i = 0; i < 15; ++i) {
-        const Arg index = value(std::vector<int>{3, 7, 15, 31, 63}[i / 3]), QP = value(i % 3 == 0 ? 1 : 2);
-        std::vector<int> room = quantSizes;
-        room[Pool] -= 128; // the warm-up had the first block
-        expectArgs(intra[i], {block(Pool), index, block(PoolSpec), QP, value(0)}, room);
-        expectArgs(inter[i], {block(Pool), index, block(PoolSpec), QP}, room);
-    }
-}
-
-TEST_F(Mpeg4Bits, QuantisersCountTheirLevels) {
-    suite::Outcome outcome;
-    std::vector<SeenCall> intra = callsOf(outcome, "keliQuantIntra_MPEG4_16s_C1I");
-    std::vector<SeenCall> inter = callsOf(outcome, "keliQuantInter_MPEG4_16s_C1I");
-    ASSERT_EQ(intra.size(), 3u);
-    ASSERT_EQ(inter.size(), 3u);
-    for (int i = 0; i < 3; ++i) {
-        const Arg QP = value(i == 0 ? 1 : 2);
-        std::vector<int> room = quantSizes;
-        room[Pool] -= 128;
-        expectArgs(intra[i], {block(Pool), block(PoolSpec), QP, own(), value(0)}, room);
-        expectArgs(inter[i], {block(Pool), block(PoolSpec), QP, own()}, room);
-    }
-}
-
-TEST_F(Mpeg4Bits, QuantisersAreMadeOfTheMatrixByTheirOwnFunctionForEachDepth) {
-    char const *const names[] = {"keliQuantInvIntraInit_MPEG4", "keliQuantInvInterInit_MPEG4",
-                                 "keliQuantIntraInit_MPEG4", "keliQuantInterInit_MPEG4"};
-    for (int i = 0; i < 4; ++i) {
-        g_inits.clear();
-        run(quantTests[i].m_function);
-        ASSERT_EQ(g_inits.size(), i < 2 ? 15u : 3u);
-        for (size_t set = 0; set < g_inits.size(); ++set) {
-            EXPECT_EQ(g_inits[set].function, names[i]);
-            EXPECT_EQ(g_inits[set].block, PoolMatrix);
-            EXPECT_EQ(g_inits[set].bits, 4 + static_cast<int>(set % 3) * 4);
-        }
-    }
-}
-
-TEST_F(Mpeg4Bits, PoolHoldsOneRandomBlockOverAndOver) {
-    for (Expected const &expected : quantTests) {
-        suite::Sets sets(suite::findTest(expected.m_function));
-        ASSERT_TRUE(sets.next());
-        std::vector<suite::Block> blocks = suite::Sets::blocks();
-        ASSERT_EQ(blocks.size(), 3u);
-        for (int i = 1; i < 1024; ++i)
-            ASSERT_EQ(memcmp(blocks[Pool].data, blocks[Pool].data + 128 * i, 128), 0) << i;
-        // The first block and the matrix are what the seed gives for the whole pool and what follows it.
-        kmVector::m_seed = 7;
-        kmVector pool(16 | kmTypeSigned), matrix(8);
-        ASSERT_TRUE(pool.createVectorExt(65536, 0, SetRandom, -300.0, 300.0));
-        ASSERT_TRUE(matrix.createVectorExt(64, 0, SetRandom, 2.0, 127.0));
-        EXPECT_EQ(memcmp(blocks[Pool].data, pool.m_data, 128), 0);
-        EXPECT_EQ(memcmp(blocks[PoolMatrix].data, matrix.m_data, 64), 0);
-        for (int i = 0; i < 64; ++i) EXPECT_GE(blocks[PoolMatrix].data[i], 2);
-    }
-}
-
-// Index 3 reaches elements of the first four rows, 63 all of the block.
-TEST_F(Mpeg4Bits, LastIndexTellsHowMuchOfTheBlockChanges) {
-    suite::Sets sets(suite::findTest("keliQuantInvInter_MPEG4_16s_C1I"));
-    for (int set = 0; sets.next(); ++set) {
-        std::vector<suite::Block> blocks = suite::Sets::blocks();
-        std::vector<Kel16s> before(64), after(64);
-        memcpy(before.data(), blocks[Pool].data, 128);
-        ASSERT_EQ(sets.call(), 0);
-        memcpy(after.data(), blocks[Pool].data, 128);
-        int changed = -1;
-        for (int i = 0; i < 63; ++i) {
-            if (before[i] != after[i]) changed = i;
-        }
-        if (set / 3 == 0) {
-            EXPECT_LE(changed, 24) << set;
-        }
-        if (set / 3 == 4) {
-            EXPECT_GE(changed, 56) << set;
-        }
-        EXPECT_GT(changed, 0);
-    }
-}
-
-TEST_F(Mpeg4Bits, EachCallMeetsAFreshBlockUntilTheThousandAndTwentyFifth) {
-    rkTest *test = suite::findTest("keliQuantInter_MPEG4_16s_C1I");
-    suite::Sets sets(test);
-    ASSERT_TRUE(sets.next());
-    std::vector<suite::Block> blocks = suite::Sets::blocks();
-    const std::vector<unsigned char> fresh(blocks[Pool].data, blocks[Pool].data + 128);
-    std::vector<unsigned char> quantised;
-    for (int i = 0; i < 1024; ++i) {
-        unsigned char *block = blocks[Pool].data + 128 * i;
-        ASSERT_EQ(memcmp(block, fresh.data(), 128), 0) << i;
-        ASSERT_EQ(sets.call(), 0);
-        if (i == 0) quantised.assign(block, block + 128);
-        ASSERT_EQ(memcmp(block, quantised.data(), 128), 0) << i;
-    }
-    EXPECT_NE(fresh, quantised);
-    g_seen.clear();
-    ASSERT_EQ(sets.call(), 0);
-    ASSERT_EQ(g_seen.size(), 1u);
-    EXPECT_EQ(g_seen[0].args[0].data, blocks[Pool].data) << "the first block again, quantised already";
-    EXPECT_NE(memcmp(blocks[Pool].data, quantised.data(), 128), 0);
-}
-
-// The pool is no reason to change the timing method, so a statistic run may go on through it.
-TEST_F(Mpeg4Bits, NextSetBeginsWithTheFirstBlock) {
-    suite::Sets sets(suite::findTest("keliQuantIntra_MPEG4_16s_C1I"));
-    ASSERT_TRUE(sets.next());
-    for (int i = 0; i < 5; ++i) ASSERT_EQ(sets.call(), 0);
-    ASSERT_TRUE(sets.next());
-    g_seen.clear();
-    ASSERT_EQ(sets.call(), 0);
-    ASSERT_EQ(g_seen.size(), 1u);
-    EXPECT_EQ(g_seen[0].args[0].data, suite::Sets::blocks()[Pool].data);
-}
 
 // ---- bit streams ------------------------------------------------------------------------
 
@@ -502,14 +316,6 @@ const Preparation preparations[] = {
     {recon, "keliEncodeCoeffsInter_MPEG4_16s1u"},
     {recon, "keliQuantInvInterGetSize_MPEG4"},
     {recon, "keliQuantInvInterInit_MPEG4"},
-    {"keliQuantInvIntra_MPEG4_16s_C1I", "keliQuantInvIntraGetSize_MPEG4"},
-    {"keliQuantInvIntra_MPEG4_16s_C1I", "keliQuantInvIntraInit_MPEG4"},
-    {"keliQuantInvInter_MPEG4_16s_C1I", "keliQuantInvInterGetSize_MPEG4"},
-    {"keliQuantInvInter_MPEG4_16s_C1I", "keliQuantInvInterInit_MPEG4"},
-    {"keliQuantIntra_MPEG4_16s_C1I", "keliQuantIntraGetSize_MPEG4"},
-    {"keliQuantIntra_MPEG4_16s_C1I", "keliQuantIntraInit_MPEG4"},
-    {"keliQuantInter_MPEG4_16s_C1I", "keliQuantInterGetSize_MPEG4"},
-    {"keliQuantInter_MPEG4_16s_C1I", "keliQuantInterInit_MPEG4"},
 };
 
 } // namespace
@@ -562,8 +368,8 @@ TEST_F(Mpeg4Bits, MoreLevelsThanABlockHasAreAnError) {
 
 TEST_F(Mpeg4Bits, WithoutMemoryThereIsNoSet) {
     NoSecondBlock full;
-    for (char const *function : {"keliDecodeCoeffsIntra_MPEG4_1u16s", "keliEncodeCoeffsInter_MPEG4_16s1u",
-                                 recon, "keliQuantInvIntra_MPEG4_16s_C1I", "keliQuantInter_MPEG4_16s_C1I"}) {
+    for (char const *function :
+         {"keliDecodeCoeffsIntra_MPEG4_1u16s", "keliEncodeCoeffsInter_MPEG4_16s1u", recon}) {
         suite::Outcome outcome = run(function);
         EXPECT_TRUE(rkIsError(outcome.result)) << function;
         EXPECT_TRUE(outcome.rows.empty()) << function;

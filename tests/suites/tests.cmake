@@ -21,7 +21,7 @@ rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 foreach(suite
         avs
         denoise wholepicture
-        mpeg4warp mpeg4bits mpeg4picture
+        mpeg4warp mpeg4bits mpeg4picture mpeg4quantiser
         h26xbits
         vc1blocks vc1deblocking vc1interpolate
         addblk blockdiff deblocking dv dvpicture h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
