@@ -44,12 +44,21 @@ private:
     size_t m_mapped;
 };
 
-// All bits as a text of 0 and 1.
+inline const std::string &bitsOfByte(Kel8u byte) {
+    static const std::vector<std::string> texts = [] {
+        std::vector<std::string> all(256, "00000000");
+        for (int value = 0; value < 256; ++value) {
+            for (int i = 0; i < 8; ++i) all[value][7 - i] = value >> i & 1 ? '1' : '0';
+        }
+        return all;
+    }();
+    return texts[byte];
+}
+
+// All bits as a text of 0 and 1. Made and taken apart a hundred thousand times, so byte by byte.
 inline std::string bitsOf(const Bytes &bytes) {
     std::string text;
-    for (Kel8u byte : bytes) {
-        for (int i = 7; i >= 0; --i) text += byte >> i & 1 ? '1' : '0';
-    }
+    for (Kel8u byte : bytes) text += bitsOfByte(byte);
     return text;
 }
 
@@ -62,12 +71,16 @@ inline std::string bits(const std::string &codes) {
 
 // The other way round: blanks are skipped, the last byte is filled up.
 inline Bytes bytesOf(const std::string &codes, char filling = '0') {
-    std::string text = bits(codes);
-    while (text.size() % 8) text += filling;
     Bytes bytes;
-    for (size_t i = 0; i < text.size(); i += 8) {
-        bytes.push_back(static_cast<Kel8u>(std::stoi(text.substr(i, 8), nullptr, 2)));
+    int byte = 0, count = 0;
+    const auto add = [&](char bit) {
+        byte = byte % 128 * 2 + (bit == '1');
+        if (++count % 8 == 0) bytes.push_back(static_cast<Kel8u>(byte));
+    };
+    for (char bit : codes) {
+        if (bit != ' ') add(bit);
     }
+    while (count % 8) add(filling);
     return bytes;
 }
 
