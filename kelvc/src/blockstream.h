@@ -5,7 +5,7 @@
 
 #include "kmvc.h"
 
-// Coders move the position on: each call starts again at that of the start.
+// Coders move the position on; reset brings it back to the start, which may be moved too.
 struct BlockStream {
     // 64 zeros, and a stream of 1024 bytes that starts with its first bit.
     bool create();

@@ -1,6 +1,6 @@
 // h261vlc.cpp - coefficients of H.261 into bit streams and back.
 
-#include "kmvc.h"
+#include "blockstream.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -9,19 +9,9 @@ static rkMapIterator<int> scan;
 
 // ---- data ---------------------------------------------------------------------
 
-static const int streamBytes = 1024;
-
-static kmVector coeffs(16 | kmTypeSigned);
-static kmBitVector bitStream;
-static Kel8u *pBitStream; // the next bit is bit bitOffset of the byte
-static int bitOffset;
+static BlockStream stream;
 static int indxLastNonZero;
 static const int QP = 2;
-
-static void reset() {
-    pBitStream = bitStream.p8u;
-    bitOffset = 0;
-}
 
 // ---- class --------------------------------------------------------------------
 
@@ -31,7 +21,7 @@ public:
 
     bool canStart() override;
     bool initData() override;
-    void flushData() override;
+    void flushData() override { stream.flush(); }
     double getDivisor() override { return 64.0; }
     rkString getUnit() override { return "e"; }
 
@@ -61,11 +51,8 @@ bool Timvch261_VLC::canStart() {
 }
 
 bool Timvch261_VLC::initData() {
-    if (!coeffs.createVectorExt(64, rkGetVectorShift(), SetZero, 0, 0)) return false;
-    setRandNonZero(coeffs, countNonZero.value(), -127, 127);
-    bitStream.setBitPos(0);
-    if (!bitStream.createVectorExt(streamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
-    reset();
+    if (!stream.create()) return false;
+    setRandNonZero(stream.coeffs, countNonZero.value(), -127, 127);
     return m_encodes || encodeBlock();
 }
 
@@ -73,27 +60,23 @@ bool Timvch261_VLC::initData() {
 bool Timvch261_VLC::encodeBlock() {
     auto encode = m_intra ? keliEncodeCoeffsIntra_H261_16s1u : keliEncodeCoeffsInter_H261_16s1u;
     if (!encode) return false;
-    const KelStatus status = encode(coeffs.p16s, &pBitStream, &bitOffset, countNonZero.value(), scan.value());
+    const KelStatus status =
+        encode(stream.coeffs.p16s, &stream.pBitStream, &stream.bitOffset, countNonZero.value(), scan.value());
     return !rkIsError(checkStatus(status));
-}
-
-void Timvch261_VLC::flushData() {
-    coeffs.deleteVector();
-    bitStream.deleteVector();
 }
 
 // ---- registration -------------------------------------------------------------
 
-#define STREAM      &pBitStream, &bitOffset
-#define DECODE      STREAM, coeffs.p16s, &indxLastNonZero, scan.value()
-#define RECONSTRUCT STREAM, coeffs.p16s, &indxLastNonZero, QP
-#define ENCODE      coeffs.p16s, STREAM, countNonZero.value(), scan.value()
+#define STREAM      &stream.pBitStream, &stream.bitOffset
+#define DECODE      STREAM, stream.coeffs.p16s, &indxLastNonZero, scan.value()
+#define RECONSTRUCT STREAM, stream.coeffs.p16s, &indxLastNonZero, QP
+#define ENCODE      stream.coeffs.p16s, STREAM, countNonZero.value(), scan.value()
 
 // clang-format off
-KM_REG_I(Timvch261_VLC, keliDecodeCoeffsIntra_H261_1u16s,      reset(), DECODE);
-KM_REG_I(Timvch261_VLC, keliDecodeCoeffsInter_H261_1u16s,      reset(), DECODE);
-KM_REG_I(Timvch261_VLC, keliReconstructCoeffsIntra_H261_1u16s, reset(), RECONSTRUCT);
-KM_REG_I(Timvch261_VLC, keliReconstructCoeffsInter_H261_1u16s, reset(), RECONSTRUCT);
-KM_REG_I(Timvch261_VLC, keliEncodeCoeffsIntra_H261_16s1u,      reset(), ENCODE);
-KM_REG_I(Timvch261_VLC, keliEncodeCoeffsInter_H261_16s1u,      reset(), ENCODE);
+KM_REG_I(Timvch261_VLC, keliDecodeCoeffsIntra_H261_1u16s,      stream.reset(), DECODE);
+KM_REG_I(Timvch261_VLC, keliDecodeCoeffsInter_H261_1u16s,      stream.reset(), DECODE);
+KM_REG_I(Timvch261_VLC, keliReconstructCoeffsIntra_H261_1u16s, stream.reset(), RECONSTRUCT);
+KM_REG_I(Timvch261_VLC, keliReconstructCoeffsInter_H261_1u16s, stream.reset(), RECONSTRUCT);
+KM_REG_I(Timvch261_VLC, keliEncodeCoeffsIntra_H261_16s1u,      stream.reset(), ENCODE);
+KM_REG_I(Timvch261_VLC, keliEncodeCoeffsInter_H261_16s1u,      stream.reset(), ENCODE);
 // clang-format on

@@ -1,6 +1,6 @@
 // h263vlcac.cpp - coefficients of H.263 into bit streams and back.
 
-#include "kmvc.h"
+#include "blockstream.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -10,23 +10,14 @@ static rkMapIterator<int> advIntraFlag, modQuantFlag, scan;
 
 // ---- data ---------------------------------------------------------------------
 
-static const int streamBytes = 1024;
-
-static kmVector coeffs(16 | kmTypeSigned);
-static kmBitVector bitStream;
-static Kel8u *pBitStream, *pBitStreamStart; // the next bit is bit bitOffset of the byte
-static int bitOffset, bitOffsetStart;       // a block of levels may begin behind the code of its DC
+static BlockStream stream;
 static int indxLastNonZero;
 static const int QP = 2;
 
-static void reset() {
-    pBitStream = pBitStreamStart;
-    bitOffset = bitOffsetStart;
-}
-
+// A block of levels may begin behind the code of its DC.
 static void startHere() {
-    pBitStreamStart = pBitStream;
-    bitOffsetStart = bitOffset;
+    stream.pBitStreamStart = stream.pBitStream;
+    stream.bitOffsetStart = stream.bitOffset;
 }
 
 // ---- class --------------------------------------------------------------------
@@ -37,7 +28,7 @@ public:
 
     bool canStart() override;
     bool initData() override;
-    void flushData() override;
+    void flushData() override { stream.flush(); }
     double getDivisor() override { return 64.0; }
     rkString getUnit() override { return "e"; }
 
@@ -88,13 +79,8 @@ bool Timvch263_VLCAC::canStart() {
 }
 
 bool Timvch263_VLCAC::initData() {
-    if (!coeffs.createVectorExt(64, rkGetVectorShift(), SetZero, 0, 0)) return false;
-    setRandNonZero(coeffs, countNonZero.value(), -127, 127);
-    bitStream.setBitPos(0);
-    if (!bitStream.createVectorExt(streamBytes, rkGetVectorShift(), SetDefault, 0, 0)) return false;
-    pBitStreamStart = bitStream.p8u;
-    bitOffsetStart = 0;
-    reset();
+    if (!stream.create()) return false;
+    setRandNonZero(stream.coeffs, countNonZero.value(), -127, 127);
     return m_encodes || prepareStream();
 }
 
@@ -106,22 +92,18 @@ bool Timvch263_VLCAC::prepareStream() {
     return encodeLevels();
 }
 
+#define STREAM &stream.pBitStream, &stream.bitOffset
+
 bool Timvch263_VLCAC::encodeDC() {
     if (!keliEncodeDCIntra_H263_16s1u) return false;
-    const KelStatus status = keliEncodeDCIntra_H263_16s1u(coeffs.p16s[0], &pBitStream, &bitOffset);
+    const KelStatus status = keliEncodeDCIntra_H263_16s1u(stream.coeffs.p16s[0], STREAM);
     return !rkIsError(checkStatus(status));
-}
-
-void Timvch263_VLCAC::flushData() {
-    coeffs.deleteVector();
-    bitStream.deleteVector();
 }
 
 // ---- registration -------------------------------------------------------------
 
-#define STREAM  &pBitStream, &bitOffset
-#define ENCODE  coeffs.p16s, STREAM, countNonZero.value()
-#define DECODE  STREAM, coeffs.p16s, &indxLastNonZero
+#define ENCODE  stream.coeffs.p16s, STREAM, countNonZero.value()
+#define DECODE  STREAM, stream.coeffs.p16s, &indxLastNonZero
 #define INTRA   advIntraFlag.value(), modQuantFlag.value(), scan.value()
 #define INTER   modQuantFlag.value(), scan.value()
 #define REBUILT 1, QP, advIntraFlag.value(), scan.value(), modQuantFlag.value() // 1: it has levels besides DC
@@ -134,10 +116,10 @@ bool Timvch263_VLCAC::encodeLevels() {
 }
 
 // clang-format off
-KM_REG_I(Timvch263_VLCAC, keliEncodeCoeffsIntra_H263_16s1u,      reset(), ENCODE, INTRA);
-KM_REG_I(Timvch263_VLCAC, keliEncodeCoeffsInter_H263_16s1u,      reset(), ENCODE, INTER);
-KM_REG_I(Timvch263_VLCAC, keliDecodeCoeffsIntra_H263_1u16s,      reset(), DECODE, INTRA);
-KM_REG_I(Timvch263_VLCAC, keliDecodeCoeffsInter_H263_1u16s,      reset(), DECODE, INTER);
-KM_REG_I(Timvch263_VLCAC, keliReconstructCoeffsIntra_H263_1u16s, reset(), DECODE, REBUILT);
-KM_REG_I(Timvch263_VLCAC, keliReconstructCoeffsInter_H263_1u16s, reset(), DECODE, QP, modQuantFlag.value());
+KM_REG_I(Timvch263_VLCAC, keliEncodeCoeffsIntra_H263_16s1u,      stream.reset(), ENCODE, INTRA);
+KM_REG_I(Timvch263_VLCAC, keliEncodeCoeffsInter_H263_16s1u,      stream.reset(), ENCODE, INTER);
+KM_REG_I(Timvch263_VLCAC, keliDecodeCoeffsIntra_H263_1u16s,      stream.reset(), DECODE, INTRA);
+KM_REG_I(Timvch263_VLCAC, keliDecodeCoeffsInter_H263_1u16s,      stream.reset(), DECODE, INTER);
+KM_REG_I(Timvch263_VLCAC, keliReconstructCoeffsIntra_H263_1u16s, stream.reset(), DECODE, REBUILT);
+KM_REG_I(Timvch263_VLCAC, keliReconstructCoeffsInter_H263_1u16s, stream.reset(), DECODE, QP, modQuantFlag.value());
 // clang-format on
