@@ -39,6 +39,7 @@ static bool filterLine(Line line, int pQuant) {
 }
 
 const int segmentLines = 4;
+const int reach = 8; // samples of a line that a filter looks at
 
 // The third line decides.
 static void filterSegment(Kel8u *first, std::ptrdiff_t across, std::ptrdiff_t along, int pQuant) {
@@ -53,7 +54,7 @@ enum { LumaLines = 16, ChromaLines = 8 };
 // A flag for each colour.
 template <int lines, Direction direction, int channels>
 static KelStatus deblock(Kel8u *p, int pQuant, int step, const int (&edgeDisableFlags)[channels]) {
-    const int segments = lines / segmentLines, samplesOfRow = direction == VerEdge ? 8 : lines;
+    const int segments = lines / segmentLines, samplesOfRow = direction == VerEdge ? reach : lines;
     if (anyNull(p)) return kelStsNullPtrErr;
     if (step < channels * samplesOfRow) return kelStsStepErr;
     if (pQuant < 1 || pQuant > 31) return kelStsRangeErr;
