@@ -1,5 +1,8 @@
 // denoise_test.cpp - the suites of the denoising filters: parameters, data, calls and states.
 
+#include <algorithm>
+
+#include "../unit/capture.h"
 #include "kmvc.h"
 #include "seenargs.h"
 #include "spy.h"
@@ -57,7 +60,7 @@ const std::vector<Expected> adaptives = {
         .parm("resolution counter", counters)
         .parm("blur counter", suite::numbers(0, 3))
         .parm("threshold", thresholds)
-        .rows(rowsOf({suite::numbers(0, 3), thresholds}))
+        .rows(rowsOf({{"3"}, {"14"}}))
         .shortWalk(everySize(adaptive))
         .divisors(areas)
         .blocks({smallest, smallest, smallest, smallest})
@@ -148,7 +151,40 @@ void expectDrawn(char const *function, int images, size_t others) {
 
 } // namespace
 
-SUITE_TEST(DenoiseAdapt, "denoiseadapt.cpp", adaptives);
+// The checks of every suite with a few sets alone, also in that of the rows: 72 sets of large pictures take
+// long.
+class ShortSuite : public suite::SuiteTest, public testing::WithParamInterface<Expected> {};
+
+TEST_P(ShortSuite, IsRegisteredByItsClass) {
+    suite::checkRegistration(GetParam());
+}
+TEST_P(ShortSuite, RunsItsSets) {
+    IniFile file(GetParam().m_shortWalk);
+    suite::checkSets(GetParam());
+}
+TEST_P(ShortSuite, RunsTheSameBehindAnother) {
+    suite::checkNextRun(GetParam());
+}
+TEST_P(ShortSuite, CountsItsUnits) {
+    suite::checkUnits(GetParam());
+}
+TEST_P(ShortSuite, HasItsTimingMethod) {
+    suite::checkMethod(GetParam());
+}
+TEST_P(ShortSuite, LeavesNoBlockBehind) {
+    suite::checkMemory(GetParam());
+}
+TEST_P(ShortSuite, WritesWhereItShould) {
+    suite::checkWrites(GetParam());
+}
+
+#define SHORT_SUITE_TEST(name, file, expected)                                              \
+    INSTANTIATE_TEST_SUITE_P(name, ShortSuite, testing::ValuesIn(expected), suite::nameOf); \
+    TEST(SuiteFile, name) {                                                                 \
+        suite::checkFile(file, expected);                                                   \
+    }
+
+SHORT_SUITE_TEST(DenoiseAdapt, "denoiseadapt.cpp", adaptives);
 SUITE_TEST(DenoiseMosquito, "denoisemosquito.cpp", mosquitos);
 SUITE_TEST(DenoiseSmooth, "denoisesmooth.cpp", smooths);
 
@@ -305,6 +341,25 @@ TEST_F(Denoise, ParametersAreReadOnceAndAtTheStart) {
         test->flushStart();
         test->endTest();
     }
+}
+
+// The walk alone, without data.
+TEST_F(Denoise, AdaptiveHas3Times4Times6Sets) {
+    rkTest *test = suite::findTest(adaptive);
+    CaptureTable table;
+    std::string expected;
+    test->beginTest();
+    ASSERT_TRUE(test->canStart());
+    for (test->m_firstPass = true; test->canContinue(); test->m_firstPass = false) {
+        test->parmsToCstrm();
+        g_cstrm.lineOut(4);
+    }
+    test->flushStart();
+    test->endTest();
+    for (Cells const &row : rowsOf({suite::numbers(0, 3), thresholds}))
+        expected += row[0] + "," + row[1] + "," + row[2] + "," + row[3] + "\n";
+    EXPECT_EQ(table.text(), expected);
+    EXPECT_EQ(std::count(expected.begin(), expected.end(), '\n'), 72);
 }
 
 TEST_F(Denoise, ASizeBehindTheTableFailsWithoutACall) {

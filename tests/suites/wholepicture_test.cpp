@@ -52,6 +52,10 @@ std::vector<double> divisors(std::vector<KeliSize> const &sizes, int sets) {
 const std::vector<KeliSize> resizedSizes = {{8, 8}, {16, 16}, {256, 256}, {720, 480}};
 const std::vector<KeliSize> rotatedSizes = {{64, 64}, {256, 256}, {720, 480}};
 
+// Of the four, whose sets are alike but for the size.
+char const *const twoSizes =
+    "[keliResizeCCRotate_8u_C2R]\nsrcSize = 16x16; 256x256\n[Rakova]\nsrcSize = 16x16; 256x256\n";
+
 const std::vector<Expected> resizings = {
     Expected("Timvc_ResizeCCRotate", resizing, "px", 0)
         .parm("srcSize", {"8x8", "16x16", "256x256", "720x480"})
@@ -59,8 +63,9 @@ const std::vector<Expected> resizings = {
         .parm("interpolation", {"nn", "linear"})
         .parm("colorConversion", {"CbYCr422ToBGR565", "CbYCr422ToBGR555"})
         .parm("rotation", rotations)
-        .divisors(divisors(resizedSizes, 48))
-        .blocks({8 * 16, 8 * 32})
+        .shortWalk(twoSizes)
+        .divisors(divisors({{16, 16}, {256, 256}}, 48))
+        .blocks({16 * 32, 16 * 64})
         .writes({1}),
 };
 
