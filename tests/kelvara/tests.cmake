@@ -8,17 +8,14 @@ rakova_test(kelvara_processor_test kelvara/processor_test.cpp LIBS kelcore)
 target_sources(kelvara_processor_test PRIVATE ${CMAKE_SOURCE_DIR}/kelvara/src/core/processor.cpp)
 rakova_test(kelvara_kels_test kelvara/kels_test.cpp LIBS kels)
 foreach(subject
-        avsmacroblock avstransform
-        denoise turnedpicture
-        vc1picture vc1quant vc1smooth vc1transform
-        h261vlc h263bits h263quant h263vlc
-        mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4recon mpeg4sprite mpeg4tables mpeg4vlc mpeg4warp
-        h263filters h263resampling h263sampling
-        vc1deblocking vc1interpolate
-        cavlcchroma dctransform quantise4x4 quantise8x8 residual4x4 scalelevels switching transform4x4
-        bits blocks compensation dct248 deblocking differences dvpicture edges idct interleaved interpolate interpolateinterleaved
-        intraprediction quantise reconstruction sad sadn satd
-        scan sumsdiff transform8x8 variance vlctable weightedprediction)
+        avsmacroblock avstransform bits blocks cavlcchroma compensation dct248 dctransform
+        deblocking denoise differences dvpicture edges h261vlc h263bits h263filters h263quant
+        h263resampling h263sampling h263vlc idct interleaved interpolate interpolateinterleaved
+        intraprediction mpeg4dc mpeg4filter mpeg4motion mpeg4quant mpeg4recon mpeg4sprite
+        mpeg4tables mpeg4vlc mpeg4warp quantise quantise4x4 quantise8x8 reconstruction residual4x4
+        sad sadn satd scalelevels scan sumsdiff switching transform4x4 transform8x8 turnedpicture
+        variance vc1deblocking vc1interpolate vc1picture vc1quant vc1smooth vc1transform vlctable
+        weightedprediction)
     rakova_test(kelvara_${subject}_test kelvara/${subject}_test.cpp LIBS kelvc)
 endforeach()
 
@@ -32,7 +29,11 @@ foreach(lib kelcore kels keli kelvc)
     rakova_test_file(kelvara_exports_test KELVARA_LIB_${upper} ${lib})
 endforeach()
 
-foreach(header keltypes kelcore kels keli kelvc kelvc_avs kelvc_blocks kelvc_coeffs kelvc_deblocking kelvc_dv kelvc_dvpicture kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_picture kelvc_transform kelvc_vc1 kelvc_vc1motion)
+foreach(header
+        kelcore keli kels keltypes kelvc kelvc_avs kelvc_blocks kelvc_coeffs kelvc_deblocking
+        kelvc_dv kelvc_dvpicture kelvc_h263 kelvc_h26xbits kelvc_interleaved kelvc_interpolate
+        kelvc_intra kelvc_motion kelvc_mpeg4 kelvc_mpeg4bits kelvc_picture kelvc_transform kelvc_vc1
+        kelvc_vc1motion)
     add_test(NAME KelvaraHeaders.${header}IsPlainC
         COMMAND ${CMAKE_CXX_COMPILER} -x c -std=c99 -Wall -Wextra -Wpedantic -Werror -fsyntax-only
                 ${kelvara_include}/${header}.h)

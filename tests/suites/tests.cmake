@@ -19,14 +19,10 @@ target_link_libraries(suitechecks PUBLIC suitetest)
 rakova_test(suitetest_test suites/suitetest_test.cpp LIBS suitechecks suitetest)
 
 foreach(suite
-        avs
-        denoise wholepicture
-        mpeg4warp mpeg4bits mpeg4picture mpeg4quantiser
-        h26xbits
-        vc1blocks vc1deblocking vc1interpolate
-        addblk blockdiff deblocking dv dvpicture h263picture huffman idct interpolate luma8x8 motioncompensation motionestimation nv12 quantise scan
-        genscale transform transformh264
-        reconstruct reconstructstrip timvcsad variance)
+        addblk avs blockdiff deblocking denoise dv dvpicture genscale h263picture h26xbits huffman
+        idct interpolate luma8x8 motioncompensation motionestimation mpeg4bits mpeg4picture
+        mpeg4quantiser mpeg4warp nv12 quantise reconstruct reconstructstrip scan timvcsad transform
+        transformh264 variance vc1blocks vc1deblocking vc1interpolate wholepicture)
     rakova_test(${suite}_test suites/${suite}_test.cpp LIBS suitechecks suitetest rakova_suites)
 endforeach()
 target_sources(blockdiff_test PRIVATE suites/blockdiffspies.cpp)
@@ -37,3 +33,6 @@ rakova_test(deblockingdata_test suites/deblockingdata_test.cpp LIBS suitetest ra
 
 rakova_test(wholeprogram_test suites/wholeprogram_test.cpp LIBS rakova_suites)
 rakova_test_file(wholeprogram_test RAKOVA rakova)
+rakova_test(wholelist_test suites/wholelist_test.cpp LIBS rakova_suites)
+rakova_test_file(wholelist_test RAKOVA rakova)
+rakova_test_file(wholelist_test KELVARA_LIB_KELVC kelvc)
