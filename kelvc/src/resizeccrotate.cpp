@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "kmvc.h"
+#include "rotation.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -33,11 +33,6 @@ private:
     void initParameters();
 };
 
-static void addName(rkMapIterator<int> &parm, int value, char const *name) {
-    parm[value] = name;
-    parm.add(value);
-}
-
 void Timvc_ResizeCCRotate::initParameters() {
     srcSize.init("srcSize");
     for (KeliSize size : {KeliSize{8, 8}, {16, 16}, {256, 256}, {720, 480}}) srcSize.add(size);
@@ -49,11 +44,7 @@ void Timvc_ResizeCCRotate::initParameters() {
     colorConversion.init("colorConversion");
     addName(colorConversion, 0, "CbYCr422ToBGR565");
     addName(colorConversion, 1, "CbYCr422ToBGR555");
-    rotation.init("rotation");
-    addName(rotation, 0, "disable");
-    addName(rotation, 1, "90ccw");
-    addName(rotation, 2, "90cw");
-    addName(rotation, 3, "180");
+    initRotation(rotation);
 }
 
 bool Timvc_ResizeCCRotate::canStart() {
@@ -68,8 +59,7 @@ bool Timvc_ResizeCCRotate::canStart() {
 
 // The destination is that of the full size, whatever the factor.
 bool Timvc_ResizeCCRotate::initData() {
-    KeliSize dstSize = srcSize.value();
-    if (rotation.value() == 1 || rotation.value() == 2) dstSize = {dstSize.height, dstSize.width};
+    const KeliSize dstSize = turnedSize(srcSize.value(), rotation.value());
     pSrc.init(8, 2, false);
     pDst.init(16, 2, false);
     if (!pSrc.createVectorExt(srcSize.value(), 0, SetRandom, 0, 0)) return false;

@@ -4,7 +4,7 @@
 
 #include <initializer_list>
 
-#include "kmvc.h"
+#include "rotation.h"
 
 // ---- parameters ---------------------------------------------------------------
 
@@ -36,19 +36,10 @@ private:
     void keepSteps();
 };
 
-static void addRotation(int value, char const *name) {
-    rotation[value] = name;
-    rotation.add(value);
-}
-
 void Timvc_YCCRotate::initParameters() {
     srcSize.init("srcSize");
     for (KeliSize size : {KeliSize{64, 64}, {256, 256}, {720, 480}}) srcSize.add(size);
-    rotation.init("rotation");
-    addRotation(0, "disable");
-    addRotation(1, "90ccw");
-    addRotation(2, "90cw");
-    addRotation(3, "180");
+    initRotation(rotation);
 }
 
 bool Timvc_YCCRotate::canStart() {
@@ -74,8 +65,7 @@ static int fourTimes(int width) {
 
 bool Timvc_YCCRotate::initData() {
     const int shift = rkGetVectorShift();
-    KeliSize dstSize = srcSize.value();
-    if (rotation.value() == 1 || rotation.value() == 2) dstSize = {dstSize.height, dstSize.width};
+    const KeliSize dstSize = turnedSize(srcSize.value(), rotation.value());
     pSrc.init(m_func.type(kmSrc), m_func.channels(kmSrc), m_func.plane(kmSrc));
     pDst.init(m_func.type(kmDst), m_func.channels(kmDst), m_func.plane(kmDst));
     if (!pSrc.createImageExt(srcSize.value(), srcSize.value().width, shift, SetRandom, 0, 0)) return false;
