@@ -47,13 +47,13 @@ static int elementsOfRows(int step) {
 }
 
 // Flat but for its diagonals, so that it is known how many neighbours differ. Beside the columns of the block
-// the data stay random. Rows of a step that is too short run into each other, and the last one is cut off.
+// the data stay random. Rows of a step that is too short run into each other, and the vector cuts off the
+// last.
 static void drawDiagonals(int step) {
     for (int row = 0; row < roisize.height; ++row) {
         for (int col = 0; col < roisize.width; ++col) {
-            const int i = row * step + col;
             const bool diagonal = row == col || row == roisize.width - 1 - col;
-            if (i < pSrc.m_len) pSrc.setIndex(i, SetValue, diagonal ? 20 : 120, 0);
+            pSrc.setIndex(row * step + col, SetValue, diagonal ? 20 : 120, 0);
         }
     }
 }
