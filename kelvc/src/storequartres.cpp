@@ -1,7 +1,7 @@
 // storequartres.cpp - macroblocks of DV that were decoded at a half of their width and height, stored as
 // pictures of 4:2:2.
 
-#include "dvtest.h"
+#include "kmvc.h"
 
 // ---- data ---------------------------------------------------------------------
 

@@ -1,6 +1,6 @@
 // ycczoom.cpp - decoded macroblocks of DV stored in a narrow picture of 4:2:2.
 
-#include "dvtest.h"
+#include "kmvc.h"
 
 // ---- data ---------------------------------------------------------------------
 
