@@ -268,6 +268,24 @@ TEST(KelvaraAvsReconstruct, TheStepDoublesWithEightQuantisers) {
     }
 }
 
+// Coefficients as large as their type: most residuals are far beyond the range of samples, but the few within
+// it show even the last bit of the factors.
+TEST(KelvaraAvsReconstruct, LevelsOfFullRangeFollowTheEquations) {
+    for (int qp = 0; qp < 64; ++qp) {
+        for (unsigned round = 0; round < 20; ++round) {
+            SCOPED_TRACE("QP " + std::to_string(qp));
+            Scene scene(lumaInter, 20 * static_cast<unsigned>(qp) + round);
+            scene.args.qp = qp;
+            scene.args.cbp = 15;
+            scene.args.bypass = 0;
+            const int limit = 16383 >> ((qp + 7) / 8);
+            std::vector<Kel16s> values(256);
+            for (Kel16s &value : values) value = static_cast<Kel16s>(scene.draw(2 * limit + 1) - limit);
+            expectReconstruction(lumaInter, scene, values);
+        }
+    }
+}
+
 TEST(KelvaraAvsReconstruct, WithBypassCoefficientsAreDifferences) {
     for (const Form *form : {&lumaIntra, &lumaInter}) {
         Scene scene = flat(*form);

@@ -187,6 +187,34 @@ TEST_F(Avs, AFullStripStaysWithinItsCoefficientsAndStartsOver) {
     expectMacroblock(g_seen[1024].args[1], 1, 0, 16);
 }
 
+// Of the first sets those of intra chroma take nothing, those of inter chroma V alone.
+TEST_F(Avs, ATestStartsWithTheFirstMacroblockWhateverWasCountedBefore) {
+    struct Strip {
+        char const *function;
+        int ahead, taken; // macroblocks, coefficients
+    };
+    for (Strip const &strip :
+         {Strip{lumaIntra, 0, 64}, {lumaInter, 0, 192}, {chromaIntra, 1, 0}, {chromaInter, 1, 64}}) {
+        rkTest *test = suite::findTest(strip.function);
+        {
+            suite::Sets before(test);
+            ASSERT_TRUE(before.next());
+            for (int i = 0; i < 3; ++i) callOnce(before);
+        }
+        suite::Sets sets(test);
+        ASSERT_TRUE(sets.next());
+        statistic(test, 1024 + 5);
+        ASSERT_EQ(g_seen.size(), 1030u) << strip.function;
+        for (int i = 0; i < 1030; ++i) {
+            const SeenCall &call = g_seen[static_cast<size_t>(i)];
+            expectMacroblock(call.args[1], 1, i % 1024 + strip.ahead, 8);
+            if (strip.ahead) expectMacroblock(call.args[2], 2, i % 1024, 8);
+            ASSERT_EQ(coeffsOf(g_behind[static_cast<size_t>(i)]), i % 1024 * strip.taken)
+                << strip.function << ", " << i;
+        }
+    }
+}
+
 TEST_F(Avs, LumaBlockTypesAreCodedBlockPatternsWithAllNeighboursThere) {
     suite::Sets sets(suite::findTest(lumaIntra));
     for (int set = 0; set < 20; ++set) {
