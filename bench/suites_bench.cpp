@@ -1,4 +1,4 @@
-// suites_bench.cpp - what a run of each suite takes: time, rows and peak memory.
+// suites_bench.cpp - what a run of each class of tests takes: time, rows and peak memory.
 
 #include <benchmark/benchmark.h>
 
@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cmath>
 #include <fstream>
-#include <map>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -16,21 +15,19 @@
 #include "workdir.h"
 
 using Arguments = std::vector<std::string>;
-// The keys that select the tests of a suite, by the name of its source file.
-using Suites = std::map<std::string, std::set<std::string>>;
 
 // -e lists number, function, test and source of each test between tabs.
-static Suites suitesOf(std::string const &list) {
-    Suites suites;
+static std::set<std::string> classesIn(std::string const &list) {
+    std::set<std::string> classes;
     std::ifstream file(list);
     for (std::string line; std::getline(file, line);) {
         std::istringstream fields(line);
         std::string number, function, test, source;
         fields >> number >> function >> test >> source;
         bool isSuite = source.size() > 4 && source.compare(source.size() - 4, 4, ".cpp") == 0;
-        if (isSuite) suites[source].insert({"-f=" + function, "-t=" + test});
+        if (isSuite) classes.insert(test);
     }
-    return suites;
+    return classes;
 }
 
 static int rowsIn(std::string const &table) {
@@ -46,21 +43,20 @@ static double now() {
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-// The processor's frequency is measured from one full second to the next. Runs that start at a full second
-// all spend the same time on it.
-static double waitForFullSecond() {
-    double begin = now(), second = std::ceil(begin);
-    std::this_thread::sleep_for(std::chrono::duration<double>(second - begin));
+// The processor's frequency is measured from one full second to the next. Runs that start at the same place
+// between two of them all spend the same time on it.
+static double waitForStart() {
+    double begin = now(), start = std::ceil(begin) + 0.1;
+    std::this_thread::sleep_for(std::chrono::duration<double>(start - begin));
     return now();
 }
 
-static void runSuite(benchmark::State &state, std::set<std::string> const &selection) {
+static void runClass(benchmark::State &state, std::string const &name) {
     WorkDir dir;
-    Arguments args = {RAKOVA_PROGRAM, "-B", "-LPERF", "-r", "-l" + dir.path()};
-    args.insert(args.end(), selection.begin(), selection.end());
+    Arguments args = {RAKOVA_PROGRAM, "-B", "-LPERF", "-r", "-l" + dir.path(), "-t=" + name};
     ChildOutcome run{};
     for (auto _ : state) {
-        double begin = waitForFullSecond();
+        double begin = waitForStart();
         run = runChild(args, dir.path("console.txt"));
         state.SetIterationTime(now() - begin);
         if (!run.ok) {
@@ -79,12 +75,11 @@ int main(int argc, char **argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     WorkDir dir;
     runChild({RAKOVA_PROGRAM, "-e"}, dir.path("tests"));
-    Suites suites = suitesOf(dir.path("tests"));
-    if (suites.empty()) return 1;
-    suites[""] = {"-t=none"};
-    for (auto const &[source, selection] : suites) {
-        benchmark::RegisterBenchmark(source.empty() ? "none" : source.c_str(),
-                                     [keys = selection](benchmark::State &state) { runSuite(state, keys); })
+    std::set<std::string> classes = classesIn(dir.path("tests"));
+    if (classes.empty()) return 1;
+    classes.insert("(none)");
+    for (std::string const &name : classes) {
+        benchmark::RegisterBenchmark(name.c_str(), [name](benchmark::State &state) { runClass(state, name); })
             ->Unit(benchmark::kSecond)
             ->UseManualTime()
             ->Iterations(1);
